@@ -1,0 +1,15 @@
+# A C99 program linked with the C driver against each form of the library:
+# the headers compile as C and no C++ runtime is needed.
+foreach(kind static shared)
+  if(kind STREQUAL "static")
+    set(lib ipacl_static)
+  else()
+    set(lib ipacl)
+  endif()
+  add_executable(c_consumer_${kind} c/consumer.c c/platform_stub.c)
+  set_target_properties(c_consumer_${kind} PROPERTIES LINKER_LANGUAGE C C_STANDARD 99 C_EXTENSIONS OFF)
+  target_include_directories(c_consumer_${kind} PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/c)
+  target_compile_options(c_consumer_${kind} PRIVATE -Wall -Wextra -Werror -pedantic)
+  target_link_libraries(c_consumer_${kind} PRIVATE ${lib})
+  add_test(NAME c_consumer_${kind} COMMAND c_consumer_${kind})
+endforeach()
