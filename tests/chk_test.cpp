@@ -1,0 +1,588 @@
+// Field checks and record chains: codes, exact messages, which failure wins,
+// and the deliberate differences between the chains.
+#include <gtest/gtest.h>
+#include <ipacl/ipacl.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "platform_double.h"
+
+namespace {
+
+using ipacl_double::platform;
+
+constexpr uint32_t kNone = 0xFFFFFFFF;
+constexpr uint32_t TCP = 6, UDP = 17, ICMP = 1, ICMP6 = 58;
+
+// Runs a check with a buffer pre-filled with garbage and again with NULL;
+// both must give the same code.  Returns the code and leaves the text.
+struct Result {
+    uint32_t code;
+    std::string text;
+};
+
+template <typename Check>
+Result run(Check check) {
+    char err[IPACL_ERR_TEXT_SIZE];
+    memset(err, 'X', sizeof err);
+    err[sizeof err - 1] = '\0';
+    uint32_t code = check(err);
+    EXPECT_EQ(check(nullptr), code) << err;
+    return {code, err};
+}
+
+#define EXPECT_CHECK(call, code_, text_)                        \
+    do {                                                        \
+        Result r_ = run([&](char *err) { return call; });       \
+        EXPECT_EQ(r_.code, code_) << #call << ": " << r_.text;  \
+        EXPECT_EQ(r_.text, text_) << #call;                     \
+    } while (0)
+
+TEST(ChkFields, Protocol) {
+    EXPECT_CHECK(ipacl_chk_proto(kNone, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_proto(255, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_proto(256, err), IPACL_E_BAD_PROTO, "bad protocol 256");
+    EXPECT_CHECK(ipacl_chk_proto(0xFFFFFFFE, err), IPACL_E_BAD_PROTO, "bad protocol 4294967294");
+}
+
+TEST(ChkFields, ActionAndLogDeny) {
+    EXPECT_CHECK(ipacl_chk_action(1, 1, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_action(2, 2, err), 0u, "");  // only 1 is refused with permit
+    EXPECT_CHECK(ipacl_chk_action(2, 0, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_action(3, 0, err), IPACL_E_BAD_ACTION, "bad action 3h[action]");
+    EXPECT_CHECK(ipacl_chk_action(0, 5, err), IPACL_E_BAD_ACTION, "bad action 0h[action]");
+    EXPECT_CHECK(ipacl_chk_action(1, 2, err), IPACL_E_BAD_LOG_DENY, "invalid log-deny 2");
+    EXPECT_CHECK(ipacl_chk_action(1, kNone, err), IPACL_E_BAD_LOG_DENY,
+                 "invalid log-deny 4294967295");
+    EXPECT_CHECK(ipacl_chk_action(2, 1, err), IPACL_E_LOG_DENY_NOT_ALLOWED,
+                 "log-deny is not allowed for permit");
+}
+
+TEST(ChkFields, Established) {
+    EXPECT_CHECK(ipacl_chk_tcp(TCP, 1, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_tcp(UDP, 0, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_tcp(TCP, 2, err), IPACL_E_BAD_ESTABLISHED, "invalid established 2");
+    EXPECT_CHECK(ipacl_chk_tcp(UDP, 1, err), IPACL_E_ESTABLISHED_NOT_ALLOWED,
+                 "establshed is not allowed for udp");
+    EXPECT_CHECK(ipacl_chk_tcp(kNone, 1, err), IPACL_E_ESTABLISHED_NOT_ALLOWED,
+                 "establshed is not allowed for ip");
+}
+
+TEST(ChkFields, PrecedenceAndTos) {
+    EXPECT_CHECK(ipacl_chk_prec_tos(7, kNone, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_prec_tos(kNone, 15, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_prec_tos(kNone, kNone, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_prec_tos(0, 0, err), IPACL_E_PREC_AND_TOS,
+                 "setting both precedence routine and tos normal-service is not allowed");
+    EXPECT_CHECK(ipacl_chk_prec_tos(9, 20, err), IPACL_E_PREC_AND_TOS,
+                 "setting both precedence 9 and tos 20 is not allowed");
+    EXPECT_CHECK(ipacl_chk_prec_tos(8, kNone, err), IPACL_E_BAD_PREC, "bad precedence 8");
+    EXPECT_CHECK(ipacl_chk_prec_tos(0xFFFFFFFE, kNone, err), IPACL_E_BAD_PREC,
+                 "bad precedence 4294967294");
+    EXPECT_CHECK(ipacl_chk_prec_tos(kNone, 16, err), IPACL_E_BAD_TOS, "bad tos 16");
+}
+
+TEST(ChkFields, PortNumbers) {
+    const char *S = IPACL_LABEL_SRC_PORT;
+    EXPECT_CHECK(ipacl_chk_port_num(0, 65535, S, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_port_num(22, 22, S, err), 0u, "");
+    // The low port's code is 0x...11 and the high port's 0x...10.
+    EXPECT_CHECK(ipacl_chk_port_num(70000, 80000, S, err), IPACL_E_BAD_LOW_PORT,
+                 "bad low source port 70000");
+    EXPECT_CHECK(ipacl_chk_port_num(1, 65536, "dest port", err), IPACL_E_BAD_HIGH_PORT,
+                 "bad high dest port 65536");
+    EXPECT_CHECK(ipacl_chk_port_num(10, 5, S, err), IPACL_E_BAD_PORT_RANGE,
+                 "source port low 10 > high 5");
+    EXPECT_CHECK(ipacl_chk_port_num(80, 22, S, err), IPACL_E_BAD_PORT_RANGE,
+                 "source port low www > high ssh");
+    // Without a label: the code, and the buffer as it was.
+    EXPECT_CHECK(ipacl_chk_port_num(10, 5, nullptr, err), IPACL_E_BAD_PORT_RANGE,
+                 std::string(IPACL_ERR_TEXT_SIZE - 1, 'X'));
+    EXPECT_CHECK(ipacl_chk_port_num(70000, 5, nullptr, err), IPACL_E_BAD_LOW_PORT,
+                 std::string(IPACL_ERR_TEXT_SIZE - 1, 'X'));
+}
+
+TEST(ChkFields, PortOperations) {
+    const char *S = IPACL_LABEL_SRC_PORT;
+    const std::string untouched(IPACL_ERR_TEXT_SIZE - 1, 'X');
+    EXPECT_CHECK(ipacl_chk_port_op(TCP, 2, 1024, 65535, S, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_port_op(UDP, 1, 0, 1023, S, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_port_op(TCP, 4, 22, 22, S, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_port_op(TCP, 5, 900, 80, S, err), 0u, "");  // range: not here
+    EXPECT_CHECK(ipacl_chk_port_op(TCP, 0, 5, 7, S, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_port_op(ICMP, 0, 0, 65535, S, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_port_op(TCP, 6, 0, 65535, S, err), IPACL_E_BAD_PORT_OP,
+                 "bad source port operation 6h[port-op]");
+    EXPECT_CHECK(ipacl_chk_port_op(TCP, 6, 0, 65535, nullptr, err), IPACL_E_BAD_PORT_OP,
+                 "bad (null) operation 6h[port-op]");
+    EXPECT_CHECK(ipacl_chk_port_op(TCP, 2, 1024, 2000, S, err), IPACL_E_BAD_PORT_RANGE,
+                 "bad low 1024 high 2000 for source port operation gt");
+    EXPECT_CHECK(ipacl_chk_port_op(UDP, 1, 1, 1023, "dest port", err), IPACL_E_BAD_PORT_RANGE,
+                 "bad low 1 high 1023 for dest port operation lt");
+    EXPECT_CHECK(ipacl_chk_port_op(UDP, 1, 0, 65536, S, err), IPACL_E_BAD_PORT_RANGE,
+                 "bad low 0 high 65536 for source port operation lt");
+    EXPECT_CHECK(ipacl_chk_port_op(TCP, 2, 1024, 2000, nullptr, err), IPACL_E_BAD_PORT_RANGE,
+                 untouched);
+    EXPECT_CHECK(ipacl_chk_port_op(TCP, 4, 22, 23, S, err), IPACL_E_BAD_PORT_RANGE,
+                 "low ssh != high telnet for source port operation eq");
+    EXPECT_CHECK(ipacl_chk_port_op(TCP, 3, 1, 2, S, err), IPACL_E_BAD_PORT_RANGE,
+                 "low 1 != high 2 for source port operation neq");
+    EXPECT_CHECK(ipacl_chk_port_op(TCP, 3, 1, 2, nullptr, err), IPACL_E_BAD_PORT_RANGE,
+                 untouched);
+    EXPECT_CHECK(ipacl_chk_port_op(ICMP, 4, 0, 65535, S, err), IPACL_E_PORT_NOT_ALLOWED,
+                 "source port operation eq low 0 high 65535 is not allowed for icmp");
+    EXPECT_CHECK(ipacl_chk_port_op(kNone, 0, 0, 80, nullptr, err), IPACL_E_PORT_NOT_ALLOWED,
+                 "(null) operation any-port-op low 0 high www is not allowed for ip");
+}
+
+TEST(ChkFields, ServicePorts) {
+    const std::string untouched(IPACL_ERR_TEXT_SIZE - 1, 'X');
+    for (uint32_t port : {20, 21, 22, 23, 25, 49, 65, 80, 115, 143, 1812, 5988, 5989})
+        EXPECT_CHECK(ipacl_chk_proto_port(TCP, 4, port, "dest port", err), 0u, "");
+    for (uint32_t port : {53, 69, 123, 161, 162, 514})
+        EXPECT_CHECK(ipacl_chk_proto_port(UDP, 4, port, "dest port", err), 0u, "");
+    // The refusal needs both a label and a buffer: without either the port
+    // is let through (so these are not run with a NULL buffer).
+    char err[IPACL_ERR_TEXT_SIZE];
+    EXPECT_EQ(ipacl_chk_proto_port(TCP, 4, 8080, "dest port", err), IPACL_E_PORT_NOT_ALLOWED);
+    EXPECT_STREQ(err, "dest port 8080 is not allowed for tcp");
+    EXPECT_EQ(ipacl_chk_proto_port(UDP, 4, 22, "source port", err), IPACL_E_PORT_NOT_ALLOWED);
+    EXPECT_STREQ(err, "source port ssh is not allowed for udp");
+    EXPECT_EQ(ipacl_chk_proto_port(UDP, 4, 22, "source port", nullptr), 0u);
+    EXPECT_CHECK(ipacl_chk_proto_port(ICMP, 4, 8080, "dest port", err), 0u, "");
+    // Other operations are not looked at and leave the buffer alone.
+    EXPECT_CHECK(ipacl_chk_proto_port(TCP, 4, 8080, nullptr, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_proto_port(TCP, 1, 8080, "dest port", err), 0u, untouched);
+
+    EXPECT_EQ(ipacl_chk_tcp_port(20, 23), 1u);
+    EXPECT_EQ(ipacl_chk_tcp_port(20, 24), 0u);
+    EXPECT_EQ(ipacl_chk_tcp_port(5988, 5989), 1u);
+    EXPECT_EQ(ipacl_chk_tcp_port(53, 53), 0u);
+    EXPECT_EQ(ipacl_chk_tcp_port(9, 1), 1u);  // empty range
+    EXPECT_EQ(ipacl_chk_tcp_port(0, kNone), 0u);
+    EXPECT_EQ(ipacl_chk_udp_port(161, 162), 1u);
+    EXPECT_EQ(ipacl_chk_udp_port(514, 514), 1u);
+    EXPECT_EQ(ipacl_chk_udp_port(22, 22), 0u);
+    EXPECT_EQ(ipacl_chk_udp_port(kNone, kNone), 0u);
+}
+
+TEST(ChkFields, Icmp) {
+    EXPECT_CHECK(ipacl_chk_icmp(ICMP, 3, 1, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_icmp(ICMP6, 255, 255, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_icmp(ICMP, 8, kNone, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_icmp(TCP, kNone, kNone, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_icmp(ICMP, 300, 1, err), IPACL_E_BAD_ICMP_TYPE,
+                 "invalid icmp type 300");
+    EXPECT_CHECK(ipacl_chk_icmp(ICMP, 3, 300, err), IPACL_E_BAD_ICMP_CODE,
+                 "invalid icmp code 300");
+    EXPECT_CHECK(ipacl_chk_icmp(ICMP6, kNone, 4, err), IPACL_E_ICMP_CODE_NOT_ALLOWED,
+                 "icmp code 4 is not allowed without icmp type");
+    EXPECT_CHECK(ipacl_chk_icmp(TCP, 8, 0, err), IPACL_E_ICMP_TYPE_NOT_ALLOWED,
+                 "icmp type echo is not allowed for tcp");
+    EXPECT_CHECK(ipacl_chk_icmp(kNone, kNone, 0, err), IPACL_E_ICMP_CODE_NOT_ALLOWED,
+                 "icmp code 0 is not allowed for ip");
+}
+
+TEST(ChkFields, WildcardMasks) {
+    for (uint32_t ok : {0x000000FFu, 0u, 0xFFFFFFFFu, 0x7FFFFFFFu, 1u})
+        EXPECT_CHECK(ipacl_chk_mask(ok, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_mask(0x00FF00FF, err), IPACL_E_BAD_WILDCARD,
+                 "invalid wildcard 0.255.0.255");
+    EXPECT_CHECK(ipacl_chk_mask(0xFF000000, err), IPACL_E_BAD_WILDCARD,
+                 "invalid wildcard 255.0.0.0");
+    EXPECT_CHECK(ipacl_chk_mask(0xFFFFFFFE, err), IPACL_E_BAD_WILDCARD,
+                 "invalid wildcard 255.255.255.254");
+}
+
+TEST(ChkFields, AddressTypes) {
+    ipacl_filter f{};
+    auto set = [&](uint32_t type, uint32_t src, uint32_t dst) {
+        f.addr_type = type, f.src_addr.family = src, f.dst_addr.family = dst;
+    };
+    set(1, 1, 1);
+    EXPECT_CHECK(ipacl_chk_addr_type(&f, err), 0u, "");
+    set(2, 2, 2);
+    EXPECT_CHECK(ipacl_chk_addr_type(&f, err), 0u, "");
+    set(3, 1, 1);
+    EXPECT_CHECK(ipacl_chk_addr_type(&f, err), IPACL_E_BAD_ADDR_TYPE,
+                 "bad address type 3h[addr-type]");
+    set(kNone, 1, 1);
+    EXPECT_CHECK(ipacl_chk_addr_type(&f, err), IPACL_E_BAD_ADDR_TYPE,
+                 "bad address type no-addr-type");
+    set(1, 2, 2);
+    EXPECT_CHECK(ipacl_chk_addr_type(&f, err), IPACL_E_BAD_ADDR_TYPE,
+                 "source prefix type should be IPv4");
+    set(1, 1, 2);
+    EXPECT_CHECK(ipacl_chk_addr_type(&f, err), IPACL_E_BAD_ADDR_TYPE,
+                 "destination prefix type should be IPv4");
+    set(2, 1, 1);
+    EXPECT_CHECK(ipacl_chk_addr_type(&f, err), IPACL_E_BAD_ADDR_TYPE,
+                 "source prefix type should be IPv6");
+    set(2, 2, 0);
+    EXPECT_CHECK(ipacl_chk_addr_type(&f, err), IPACL_E_BAD_ADDR_TYPE,
+                 "destination prefix type should be IPv6");
+}
+
+TEST(ChkFields, DirectionTypeAndRowStatus) {
+    for (uint32_t dir = 0; dir < 5; ++dir) {
+        EXPECT_CHECK(ipacl_chk_dir(dir, err), 0u, "");
+        EXPECT_CHECK(ipacl_chk_quen_dir(dir, err), 0u, "");
+    }
+    EXPECT_CHECK(ipacl_chk_dir(5, err), IPACL_E_BAD_DIR, "bad interface direction in+out");
+    EXPECT_CHECK(ipacl_chk_quen_dir(5, err), IPACL_E_BAD_DIR, "bad interface direction in+out");
+    EXPECT_CHECK(ipacl_chk_dir(kNone, err), IPACL_E_BAD_DIR,
+                 "bad interface direction ffffffffh[dir]");
+    EXPECT_CHECK(ipacl_chk_prof_type(2, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_prof_type(1, err), IPACL_E_BAD_PROF_TYPE, "bad profile type simple");
+    EXPECT_CHECK(ipacl_chk_prof_type(kNone, err), IPACL_E_BAD_PROF_TYPE,
+                 "bad profile type any-prof-type");
+    EXPECT_CHECK(ipacl_chk_prof_type(9, err), IPACL_E_BAD_PROF_TYPE,
+                 "bad profile type 9h[prof-type]");
+    EXPECT_CHECK(ipacl_chk_rs(4, 4, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_rs(1, 4, err), IPACL_E_BAD_RS,
+                 "active is not allowed for create+go operation");
+}
+
+TEST(ChkFields, NameLengths) {
+    const std::string n64(64, 'a'), n65(65, 'a'), n31(31, 'c'), n32(32, 'c');
+    EXPECT_CHECK(ipacl_chk_name(n64.c_str(), err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_name("", err), IPACL_E_NO_NAME, "missing name");
+    EXPECT_CHECK(ipacl_chk_name(n65.c_str(), err), IPACL_E_NAME_TOO_LONG,
+                 "length of '" + n65 + "' exceed 64 characters");
+    EXPECT_CHECK(ipacl_chk_chain_name(n31.c_str(), err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_chain_name("", err), IPACL_E_NO_NAME, "missing name");
+    EXPECT_CHECK(ipacl_chk_chain_name(n32.c_str(), err), IPACL_E_NAME_TOO_LONG,
+                 "length of '" + n32 + "' exceed 31 characters");
+    EXPECT_CHECK(ipacl_chk_name("any-text with blanks", err), 0u, "");
+}
+
+TEST(ChkFields, ReservedWordsAndAlphanumerics) {
+    EXPECT_CHECK(ipacl_chk_name_rsv("acl1", err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_name_rsv("", err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_name_rsv("access1", err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_name_rsv("ACCESS", err), IPACL_E_NAME_RESERVED,
+                 "ACCESS is reserved and is not allowed as part of an access list name");
+    // Words out of alphabetical order in the table, and the last one.
+    for (const char *word : {"gt", "Engineering", "KEST", "www", "mgmt0", "ipacl", "ha"})
+        EXPECT_CHECK(ipacl_chk_name_rsv(word, err), IPACL_E_NAME_RESERVED,
+                     std::string(word) +
+                         " is reserved and is not allowed as part of an access list name");
+    // The hyphenated words are refused as not alphanumeric before the table.
+    EXPECT_CHECK(ipacl_chk_name_rsv("access-list", err), IPACL_E_NAME_NOT_ALNUM,
+                 "access-list is not alphanumeric");
+    EXPECT_CHECK(ipacl_chk_name_rsv("syslogtacacs-ds", err), IPACL_E_NAME_NOT_ALNUM,
+                 "syslogtacacs-ds is not alphanumeric");
+    EXPECT_CHECK(ipacl_chk_name_rsv("my acl", err), IPACL_E_NAME_NOT_ALNUM,
+                 "my acl is not alphanumeric");
+    // syslogtacacs-ds is one word: its halves are free.
+    EXPECT_CHECK(ipacl_chk_name_rsv("syslogtacacs", err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_name_rsv("ds", err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_name_rsv("syslog", err), 0u, "");
+    // The whole name must match, not a prefix of it; length is not checked.
+    EXPECT_CHECK(ipacl_chk_name_rsv("tcpx", err), 0u, "");
+    const std::string long_name = "tcp" + std::string(70, '0');
+    EXPECT_CHECK(ipacl_chk_name_rsv(long_name.c_str(), err), 0u, "");
+    // The non-alphanumeric test runs over the whole name, past 29 characters.
+    const std::string late_dash = std::string(40, 'a') + "-";
+    EXPECT_CHECK(ipacl_chk_name_rsv(late_dash.c_str(), err), IPACL_E_NAME_NOT_ALNUM,
+                 late_dash + " is not alphanumeric");
+}
+
+class ChkPlatform : public ::testing::Test {
+  protected:
+    void SetUp() override { ipacl_double::reset(); }
+};
+
+TEST_F(ChkPlatform, InterfaceTypes) {
+    for (uint8_t type : {2, 4, 5, 6, 7, 8, 9, 10, 11}) {
+        platform().if_types[100] = {0, type};
+        EXPECT_CHECK(ipacl_chk_if_index(100, err), 0u, "");
+    }
+    for (uint8_t type : {0, 1, 3, 12, 255}) {
+        platform().if_types[100] = {0, type};
+        EXPECT_CHECK(ipacl_chk_if_index(100, err), IPACL_E_BAD_IF_TYPE,
+                     "if type " + std::to_string(type) + " not allowed");
+    }
+    platform().if_types[100] = {-5, 2};
+    EXPECT_CHECK(ipacl_chk_if_index(100, err), 0xFFFFFFFBu, "bad if type");
+    EXPECT_EQ(platform().type_calls.back(), 100u);
+}
+
+// ---- Chains ----
+
+ipacl_filter valid_filter() {
+    ipacl_filter f{};
+    strcpy(f.prof_name, "acl1");
+    f.filter_index = 1;
+    f.action = IPACL_ACTION_PERMIT;
+    f.addr_type = IPACL_ADDR_TYPE_IPV4;
+    f.src_wildcard = 0x000000FF;
+    f.dst_wildcard = 0x0000FFFF;
+    f.protocol = TCP;
+    f.src_port_low = 1024, f.src_port_high = 65535, f.src_port_op = IPACL_PORT_OP_GT;
+    f.dst_port_low = 22, f.dst_port_high = 22, f.dst_port_op = IPACL_PORT_OP_EQ;
+    f.established = 1;
+    f.icmp_type = f.icmp_code = kNone;
+    f.precedence = kNone, f.tos = 3;
+    f.src_addr.family = f.dst_addr.family = IPACL_ADDR_TYPE_IPV4;
+    return f;
+}
+
+using FilterCheck = uint32_t (*)(const ipacl_filter *, char *);
+constexpr FilterCheck kFilterChains[] = {ipacl_chk_filter, ipacl_chk_quen_filter,
+                                         ipacl_chk_cli_filter, ipacl_chk_gen_filter};
+const char *const kFilterChainNames[] = {"plain", "quen", "cli", "gen"};
+
+// One bad field at a time: the code each chain gives (0 where the chain has
+// no step for it).
+struct FilterCase {
+    const char *what;
+    void (*spoil)(ipacl_filter &);
+    uint32_t plain, quen, cli, gen;
+};
+
+const FilterCase kFilterCases[] = {
+    {"empty name", [](ipacl_filter &f) { f.prof_name[0] = 0; },
+     IPACL_E_NO_NAME, IPACL_E_NO_NAME, 0, IPACL_E_NO_NAME},
+    {"66 letters", [](ipacl_filter &f) { memset(f.prof_name, 'a', 66); f.prof_name[66] = 0; },
+     IPACL_E_NAME_TOO_LONG, IPACL_E_NAME_TOO_LONG, 0, IPACL_E_NAME_TOO_LONG},
+    {"reserved", [](ipacl_filter &f) { strcpy(f.prof_name, "Permit"); },
+     0, IPACL_E_NAME_RESERVED, IPACL_E_NAME_RESERVED, 0},
+    {"hyphen", [](ipacl_filter &f) { strcpy(f.prof_name, "a-b"); },
+     0, IPACL_E_NAME_NOT_ALNUM, IPACL_E_NAME_NOT_ALNUM, 0},
+    {"action", [](ipacl_filter &f) { f.action = 3; },
+     IPACL_E_BAD_ACTION, IPACL_E_BAD_ACTION, IPACL_E_BAD_ACTION, IPACL_E_BAD_ACTION},
+    {"log-deny on permit", [](ipacl_filter &f) { f.log_deny = 1; },
+     IPACL_E_LOG_DENY_NOT_ALLOWED, IPACL_E_LOG_DENY_NOT_ALLOWED, IPACL_E_LOG_DENY_NOT_ALLOWED,
+     IPACL_E_LOG_DENY_NOT_ALLOWED},
+    {"address type", [](ipacl_filter &f) { f.dst_addr.family = 2; },
+     IPACL_E_BAD_ADDR_TYPE, IPACL_E_BAD_ADDR_TYPE, 0, 0},
+    {"protocol 300 without ports", [](ipacl_filter &f) {
+         f.protocol = 300, f.established = 0;
+         f.src_port_op = f.dst_port_op = 0;
+         f.src_port_low = f.dst_port_low = 0, f.src_port_high = f.dst_port_high = 65535; },
+     IPACL_E_BAD_PROTO, IPACL_E_BAD_PROTO, 0, IPACL_E_BAD_PROTO},
+    {"source wildcard", [](ipacl_filter &f) { f.src_wildcard = 0x00FF00FF; },
+     0, IPACL_E_BAD_WILDCARD, IPACL_E_BAD_WILDCARD, IPACL_E_BAD_WILDCARD},
+    {"dest wildcard", [](ipacl_filter &f) { f.dst_wildcard = 0xFF000000; },
+     0, IPACL_E_BAD_WILDCARD, IPACL_E_BAD_WILDCARD, IPACL_E_BAD_WILDCARD},
+    {"source low port", [](ipacl_filter &f) { f.src_port_low = 70000; },
+     IPACL_E_BAD_LOW_PORT, IPACL_E_BAD_LOW_PORT, IPACL_E_BAD_LOW_PORT, 0},
+    {"dest high port", [](ipacl_filter &f) { f.dst_port_high = 70000; },
+     IPACL_E_BAD_HIGH_PORT, IPACL_E_BAD_HIGH_PORT, IPACL_E_BAD_HIGH_PORT, 0},
+    {"source port op", [](ipacl_filter &f) { f.src_port_op = 9; },
+     IPACL_E_BAD_PORT_OP, IPACL_E_BAD_PORT_OP, IPACL_E_BAD_PORT_OP, 0},
+    {"dest eq range", [](ipacl_filter &f) { f.dst_port_high = 23; },
+     IPACL_E_BAD_PORT_RANGE, IPACL_E_BAD_PORT_RANGE, IPACL_E_BAD_PORT_RANGE, 0},
+    {"established", [](ipacl_filter &f) { f.established = 2; },
+     IPACL_E_BAD_ESTABLISHED, IPACL_E_BAD_ESTABLISHED, IPACL_E_BAD_ESTABLISHED, 0},
+    {"icmp type on tcp", [](ipacl_filter &f) { f.icmp_type = 8; },
+     IPACL_E_ICMP_TYPE_NOT_ALLOWED, IPACL_E_ICMP_TYPE_NOT_ALLOWED,
+     IPACL_E_ICMP_TYPE_NOT_ALLOWED, 0},
+    {"precedence and tos", [](ipacl_filter &f) { f.precedence = 1; },
+     IPACL_E_PREC_AND_TOS, IPACL_E_PREC_AND_TOS, 0, 0},
+    {"tos range", [](ipacl_filter &f) { f.tos = 16; }, IPACL_E_BAD_TOS, IPACL_E_BAD_TOS, 0, 0},
+};
+
+TEST(ChkChains, ValidFilterPassesEveryChain) {
+    ipacl_filter f = valid_filter();
+    for (FilterCheck chain : kFilterChains) EXPECT_CHECK(chain(&f, err), 0u, "");
+}
+
+TEST(ChkChains, EachChainChecksItsOwnFields) {
+    for (const FilterCase &c : kFilterCases) {
+        ipacl_filter f = valid_filter();
+        c.spoil(f);
+        const uint32_t expected[] = {c.plain, c.quen, c.cli, c.gen};
+        for (size_t i = 0; i < 4; ++i) {
+            char err[IPACL_ERR_TEXT_SIZE] = "stale";
+            EXPECT_EQ(kFilterChains[i](&f, err), expected[i])
+                << c.what << " in the " << kFilterChainNames[i] << " chain: " << err;
+            if (expected[i] == 0) EXPECT_STREQ(err, "") << c.what;
+            else EXPECT_STRNE(err, "") << c.what;
+        }
+    }
+}
+
+// The quen chain runs every step: spoiling the fields of step k and of every
+// later step reports step k, for each k.
+TEST(ChkChains, TheFirstFailingStepWins) {
+    const char *order[] = {"empty name",      "hyphen",          "action",
+                           "address type",    "protocol 300 without ports",
+                           "source wildcard", "dest wildcard",   "source low port",
+                           "dest high port",  "source port op",  "dest eq range",
+                           "established",     "icmp type on tcp", "precedence and tos"};
+    auto find = [](const char *what) -> const FilterCase & {
+        for (const FilterCase &c : kFilterCases)
+            if (strcmp(c.what, what) == 0) return c;
+        return kFilterCases[0];
+    };
+    const size_t n = sizeof order / sizeof *order;
+    for (size_t k = 0; k < n; ++k) {
+        ipacl_filter f = valid_filter();
+        for (size_t j = n; j-- > k;) find(order[j]).spoil(f);
+        char err[IPACL_ERR_TEXT_SIZE];
+        EXPECT_EQ(ipacl_chk_quen_filter(&f, err), find(order[k]).quen) << order[k] << ": " << err;
+    }
+    // Action 3 with an empty name reports the name.
+    ipacl_filter f = valid_filter();
+    f.action = 3;
+    f.prof_name[0] = 0;
+    EXPECT_CHECK(ipacl_chk_filter(&f, err), IPACL_E_NO_NAME, "missing name");
+    EXPECT_CHECK(ipacl_chk_cli_filter(&f, err), IPACL_E_BAD_ACTION, "bad action 3h[action]");
+}
+
+TEST(ChkChains, MessagesComeFromTheFailingStep) {
+    ipacl_filter f = valid_filter();
+    f.dst_port_high = 23;
+    EXPECT_CHECK(ipacl_chk_filter(&f, err), IPACL_E_BAD_PORT_RANGE,
+                 "low ssh != high telnet for dest port operation eq");
+    f = valid_filter();
+    f.src_port_op = IPACL_PORT_OP_LT;
+    EXPECT_CHECK(ipacl_chk_cli_filter(&f, err), IPACL_E_BAD_PORT_RANGE,
+                 "bad low 1024 high 65535 for source port operation lt");
+    f = valid_filter();
+    f.src_wildcard = 0x00FF00FF;
+    EXPECT_CHECK(ipacl_chk_gen_filter(&f, err), IPACL_E_BAD_WILDCARD,
+                 "invalid wildcard 0.255.0.255");
+    EXPECT_CHECK(ipacl_chk_filter(&f, err), 0u, "");
+}
+
+TEST(ChkChains, Profiles) {
+    ipacl_prof p{};
+    strcpy(p.name, "acl1");
+    p.prof_type = IPACL_PROF_TYPE_SIMPLE;
+    EXPECT_CHECK(ipacl_chk_quen_prof(&p, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_prof(&p, err), IPACL_E_BAD_PROF_TYPE, "bad profile type simple");
+    p.prof_type = IPACL_PROF_TYPE_EXTENDED;
+    EXPECT_CHECK(ipacl_chk_prof(&p, err), 0u, "");
+    strcpy(p.name, "deny");
+    EXPECT_CHECK(ipacl_chk_prof(&p, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_quen_prof(&p, err), IPACL_E_NAME_RESERVED,
+                 "deny is reserved and is not allowed as part of an access list name");
+    p.name[0] = 0;
+    p.prof_type = 7;
+    EXPECT_CHECK(ipacl_chk_prof(&p, err), IPACL_E_NO_NAME, "missing name");
+    EXPECT_CHECK(ipacl_chk_quen_prof(&p, err), IPACL_E_NO_NAME, "missing name");
+}
+
+TEST_F(ChkPlatform, BindingChains) {
+    ipacl_if_prof b{};
+    b.if_index = 0x2000;
+    b.direction = 5;
+    strcpy(b.prof_name, "acl1");
+    EXPECT_CHECK(ipacl_chk_if_prof(&b, err), IPACL_E_BAD_DIR, "bad interface direction in+out");
+    EXPECT_CHECK(ipacl_chk_gen_if_prof(&b, err), IPACL_E_BAD_DIR,
+                 "bad interface direction in+out");
+    EXPECT_CHECK(ipacl_chk_quen_if_prof(&b, err), IPACL_E_BAD_DIR,
+                 "bad interface direction in+out");
+    EXPECT_CHECK(ipacl_chk_cli_if_prof(&b, err), 0u, "");
+    EXPECT_TRUE(platform().type_calls.empty());
+
+    b.direction = 1;
+    strcpy(b.prof_name, "out");
+    EXPECT_CHECK(ipacl_chk_if_prof(&b, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_cli_if_prof(&b, err), IPACL_E_NAME_RESERVED,
+                 "out is reserved and is not allowed as part of an access list name");
+    EXPECT_CHECK(ipacl_chk_quen_if_prof(&b, err), IPACL_E_NAME_RESERVED,
+                 "out is reserved and is not allowed as part of an access list name");
+    memset(b.prof_name, 'q', 65);
+    b.prof_name[65] = 0;
+    EXPECT_CHECK(ipacl_chk_cli_if_prof(&b, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_if_prof(&b, err), IPACL_E_NAME_TOO_LONG,
+                 "length of '" + std::string(65, 'q') + "' exceed 64 characters");
+    EXPECT_CHECK(ipacl_chk_quen_if_prof(&b, err), IPACL_E_NAME_TOO_LONG,
+                 "length of '" + std::string(65, 'q') + "' exceed 64 characters");
+    EXPECT_TRUE(platform().type_calls.empty());
+
+    strcpy(b.prof_name, "acl1");
+    EXPECT_CHECK(ipacl_chk_quen_if_prof(&b, err), 0u, "");  // default type 2
+    EXPECT_EQ(platform().type_calls.back(), 0x2000u);
+    EXPECT_TRUE(platform().fields_calls.empty());
+}
+
+TEST_F(ChkPlatform, ManagementPortOfQuenBindings) {
+    ipacl_if_prof b{};
+    b.if_index = 0x5000;
+    b.direction = 2;
+    strcpy(b.prof_name, "mgmtacl");
+    platform().if_types[0x5000] = {0, 5};
+    platform().field_first = 3;
+    platform().field_second = 0;
+    platform().port_init_if_index = 0x5000;
+    EXPECT_CHECK(ipacl_chk_quen_if_prof(&b, err), 0u, "");
+    ASSERT_FALSE(platform().port_init_calls.empty());
+    EXPECT_EQ(platform().port_init_calls.back(), std::make_pair(3u, 0u));
+    EXPECT_EQ(platform().fields_calls.back(), 0x5000u);
+
+    // Failures carry no message: the buffer holds what the name step left.
+    platform().port_init_if_index = 0x5001;
+    EXPECT_CHECK(ipacl_chk_quen_if_prof(&b, err), IPACL_E_BAD_MGMT_IF, "");
+    platform().port_init_if_index = 0x5000;
+    platform().field_second = 1;
+    EXPECT_CHECK(ipacl_chk_quen_if_prof(&b, err), IPACL_E_BAD_MGMT_IF, "");
+    platform().field_second = 0;
+    platform().port_init_rc = 77;
+    EXPECT_CHECK(ipacl_chk_quen_if_prof(&b, err), 77u, "");
+    platform().fields_rc = 78;
+    EXPECT_CHECK(ipacl_chk_quen_if_prof(&b, err), 78u, "");
+    platform().if_types[0x5000] = {79, 5};
+    EXPECT_CHECK(ipacl_chk_quen_if_prof(&b, err), 79u, "");
+    // The plain chain never asks the platform.
+    size_t calls = platform().type_calls.size();
+    EXPECT_CHECK(ipacl_chk_if_prof(&b, err), 0u, "");
+    EXPECT_EQ(platform().type_calls.size(), calls);
+}
+
+TEST(ChkBuffer, SuccessAfterFailureLeavesAnEmptySharedBuffer) {
+    char err[IPACL_ERR_TEXT_SIZE];
+    EXPECT_EQ(ipacl_chk_proto(999, err), IPACL_E_BAD_PROTO);
+    EXPECT_STRNE(err, "");
+    EXPECT_EQ(ipacl_chk_dir(1, err), 0u);
+    EXPECT_STREQ(err, "");
+    EXPECT_EQ(ipacl_chk_mask(0x00FF00FF, err), IPACL_E_BAD_WILDCARD);
+    ipacl_filter f = valid_filter();
+    EXPECT_EQ(ipacl_chk_quen_filter(&f, err), 0u);
+    EXPECT_STREQ(err, "");
+}
+
+// The longest messages, with 64-character names and 40-character texts,
+// fit IPACL_ERR_TEXT_SIZE; the buffer is on the heap so that a longer write
+// would be caught.
+TEST(ChkBuffer, LongestMessagesFitTheDocumentedSize) {
+    std::vector<char> err(IPACL_ERR_TEXT_SIZE);
+    const std::string label(40, 'L'), name64(64, 'n');
+    size_t longest = 0;
+    auto measure = [&](uint32_t code) {
+        EXPECT_NE(code, 0u);
+        longest = std::max(longest, strlen(err.data()));
+    };
+    measure(ipacl_chk_port_op(0xFFFFFFFE, 0xFFFFFFFE, 4000000000u, 4000000001u, label.c_str(),
+                              err.data()));
+    measure(ipacl_chk_port_op(TCP, 1, 4000000000u, 4000000001u, label.c_str(), err.data()));
+    measure(ipacl_chk_port_op(TCP, 4, 4000000000u, 4000000001u, label.c_str(), err.data()));
+    measure(ipacl_chk_proto_port(TCP, 4, 4000000000u, label.c_str(), err.data()));
+    measure(ipacl_chk_port_num(4000000000u, 4000000001u, label.c_str(), err.data()));
+    measure(ipacl_chk_prec_tos(4000000000u, 4000000001u, err.data()));
+    measure(ipacl_chk_name_rsv((name64 + "-").substr(1).c_str(), err.data()));
+    const std::string reserved = "INTERNETWORK";
+    measure(ipacl_chk_name_rsv(reserved.c_str(), err.data()));
+    measure(ipacl_chk_name((name64 + "x").c_str(), err.data()));
+    EXPECT_LT(longest, size_t{IPACL_ERR_TEXT_SIZE});
+
+    // The bound in the worst case: the port operation refusal has 42 fixed
+    // characters and five texts.
+    const size_t fixed =
+        strlen("%s operation %s low %s high %s is not allowed for %s") - 5 * 2;
+    EXPECT_EQ(fixed, 42u);
+    EXPECT_LT(fixed + 5 * 40, size_t{IPACL_ERR_TEXT_SIZE});
+    const size_t reserved_fixed =
+        strlen("%s is reserved and is not allowed as part of an access list name") - 2;
+    EXPECT_LT(reserved_fixed + 64, size_t{IPACL_ERR_TEXT_SIZE});
+    EXPECT_LT(strlen("length of '%s' exceed %u characters") - 4 + 64 + 1 + 10,
+              size_t{IPACL_ERR_TEXT_SIZE});
+}
+
+}  // namespace

@@ -1,0 +1,279 @@
+// Scalar texts: addresses, prefixes, identifiers, clock readings and the
+// small string helpers behind name comparison.
+#include <gtest/gtest.h>
+#include <ipacl/ipacl.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <regex>
+#include <string>
+
+#include "platform/tivra.h"
+#include "platform_double.h"
+
+namespace {
+
+using ipacl_double::platform;
+
+ipacl_inet_addr v4(uint8_t a, uint8_t b, uint8_t c, uint8_t d, uint32_t len) {
+    ipacl_inet_addr p{};
+    p.family = IPACL_ADDR_TYPE_IPV4;
+    p.addr[0] = a, p.addr[1] = b, p.addr[2] = c, p.addr[3] = d;
+    p.prefix_len = len;
+    return p;
+}
+
+std::string inet(int32_t format, uint32_t any_ok, const ipacl_inet_addr &p, uint32_t size = 64) {
+    char buf[64];
+    memset(buf, '#', sizeof buf);
+    EXPECT_EQ(ipacl_str_inet_addr(format, any_ok, &p, buf, size), buf);
+    return buf;
+}
+
+class StrScalar : public ::testing::Test {
+  protected:
+    void SetUp() override { ipacl_double::reset(); }
+};
+
+TEST_F(StrScalar, NumbersWithASpecialWord) {
+    char buf[IPACL_STR_SIZE];
+    struct Case {
+        uint32_t (*fn)(uint32_t, char *);
+        uint32_t value;
+        const char *text;
+    } cases[] = {
+        {ipacl_str_addr, 0, "any"},
+        {ipacl_str_addr, 0x0A000001, "10.0.0.1"},
+        {ipacl_str_addr, 0xFFFFFFFF, "255.255.255.255"},
+        {ipacl_str_mask, 0, "0.0.0.0"},
+        {ipacl_str_mask, 0xFFFFFFFF, "any"},
+        {ipacl_str_mask, 0x0000FFFF, "0.0.255.255"},
+        {ipacl_str_index, 0, "no-index"},
+        {ipacl_str_index, 4294967295u, "4294967295"},
+        {ipacl_str_order, 0, "no-order"},
+        {ipacl_str_order, 7, "7"},
+        {ipacl_str_rule_id, 0xDEADBEEF, "none"},
+        {ipacl_str_rule_id, 0xDEADBEAD, "3735928493"},
+        {ipacl_str_entry_id, 0xDEADBEAD, "none"},
+        {ipacl_str_entry_id, 0xDEADBEEF, "3735928559"},
+        {ipacl_str_icmp_code, 0xFFFFFFFF, "any-code"},
+        {ipacl_str_icmp_code, 0, "0"},
+    };
+    for (const Case &c : cases) {
+        EXPECT_EQ(c.fn(c.value, buf), strlen(c.text)) << c.text;
+        EXPECT_STREQ(buf, c.text);
+    }
+}
+
+TEST_F(StrScalar, InterfaceIndexGoesToThePlatformExceptNone) {
+    char buf[IPACL_STR_SIZE];
+    EXPECT_EQ(ipacl_str_if_index(0, buf), 5u);
+    EXPECT_STREQ(buf, "no-if");
+    EXPECT_TRUE(platform().if_name_calls.empty());
+
+    EXPECT_EQ(ipacl_str_if_index(0x1000, buf), 6u);
+    EXPECT_STREQ(buf, "if4096");
+    ASSERT_EQ(platform().if_name_calls.size(), 1u);
+    EXPECT_EQ(platform().if_name_calls[0], std::make_pair(40u, 0x1000u));
+
+    platform().if_name_rc_override = 17;  // the platform's result is returned as it is
+    EXPECT_EQ(ipacl_str_if_index(1, buf), 17u);
+}
+
+TEST_F(StrScalar, Ipv4PrefixAsWildcardOrLength) {
+    EXPECT_EQ(inet(0, 0, v4(10, 1, 0, 0, 16)), "10.1.0.0 0.0.255.255");
+    EXPECT_EQ(inet(0, 0, v4(10, 1, 2, 0, 24)), "10.1.2.0 0.0.0.255");
+    EXPECT_EQ(inet(0, 0, v4(10, 1, 2, 3, 32)), "10.1.2.3 0.0.0.0");
+    EXPECT_EQ(inet(0, 0, v4(0, 0, 0, 0, 0)), "0.0.0.0 255.255.255.255");
+    // Lengths above 32 wrap, except 32 itself.
+    EXPECT_EQ(inet(0, 0, v4(10, 0, 0, 0, 33)), "10.0.0.0 127.255.255.255");
+    EXPECT_EQ(inet(0, 0, v4(10, 0, 0, 0, 64)), "10.0.0.0 255.255.255.255");
+    EXPECT_EQ(inet(1, 0, v4(10, 1, 0, 0, 16)), "10.1.0.0/16");
+    EXPECT_EQ(inet(1, 0, v4(10, 1, 0, 0, 99)), "10.1.0.0/99");
+    EXPECT_TRUE(platform().hist_events.empty());
+}
+
+TEST_F(StrScalar, AnyOnlyWhenAllowed) {
+    EXPECT_EQ(inet(0, 1, v4(0, 0, 0, 0, 0)), "any");
+    EXPECT_EQ(inet(1, 1, v4(0, 0, 0, 0, 0)), "any");
+    EXPECT_EQ(inet(1, 0, v4(0, 0, 0, 0, 0)), "0.0.0.0/0");
+    EXPECT_EQ(inet(1, 1, v4(0, 0, 0, 0, 1)), "0.0.0.0/1");
+    ipacl_inet_addr v6{};
+    v6.family = IPACL_ADDR_TYPE_IPV6;
+    EXPECT_EQ(inet(1, 1, v6), "any");
+    EXPECT_EQ(inet(0, 0, v6), "::/0");
+}
+
+TEST_F(StrScalar, Ipv6IgnoresTheFormatAndOtherFamiliesShowTheirNumber) {
+    ipacl_inet_addr p{};
+    p.family = IPACL_ADDR_TYPE_IPV6;
+    const uint8_t addr[16] = {0x20, 0x01, 0x0d, 0xb8};
+    memcpy(p.addr, addr, sizeof addr);
+    p.prefix_len = 32;
+    EXPECT_EQ(inet(0, 0, p), "2001:db8::/32");
+    EXPECT_EQ(inet(1, 0, p), "2001:db8::/32");
+    EXPECT_EQ(inet(9, 0, p), "2001:db8::/32");
+    EXPECT_TRUE(platform().hist_events.empty());
+
+    p.family = 7;
+    EXPECT_EQ(inet(1, 0, p), "unknown(7)");
+    EXPECT_EQ(inet(0, 0, p), "unknown(7)");
+}
+
+TEST_F(StrScalar, WritesAreBoundedBySize) {
+    char buf[16];
+    memset(buf, '#', sizeof buf);
+    ipacl_inet_addr p = v4(192, 168, 100, 200, 24);
+    ipacl_str_inet_addr(0, 0, &p, buf, 8);
+    EXPECT_STREQ(buf, "192.168");
+    EXPECT_EQ(buf[8], '#');
+    ipacl_str_inet_addr(0, 0, &p, buf, 0);
+    EXPECT_EQ(buf[0], '1');  // size 0: nothing written
+}
+
+TEST_F(StrScalar, UnknownIpv4FormatIsReportedAndPrintsQuestionMarks) {
+    platform().chk_int_rc = 1;
+    EXPECT_EQ(inet(2, 0, v4(10, 0, 0, 0, 8)), "???");
+
+    const std::string text = "impossible prefix format in ipacl_str_inet_addr(): 2\n";
+    ASSERT_EQ(platform().subtype_checks.size(), 1u);
+    EXPECT_EQ(platform().subtype_checks[0], std::make_pair(0x730000u, 100u));
+    ASSERT_EQ(platform().hist_events.size(), 1u);
+    const auto &event = platform().hist_events[0];
+    EXPECT_EQ(event.event, 0x730000u);
+    EXPECT_EQ(event.length, 4 + text.size() + 1);
+    uint32_t subtype;
+    memcpy(&subtype, event.record.data(), 4);
+    EXPECT_EQ(subtype, 100u);
+    EXPECT_EQ(std::string(event.record.begin() + 4, event.record.end()),
+              text + std::string(1, '\0'));
+
+    ASSERT_EQ(platform().chk_ints.size(), 1u);
+    const auto &chk = platform().chk_ints[0];
+    EXPECT_EQ(std::tie(chk.subtype, chk.a, chk.b, chk.c), std::make_tuple(100u, 0u, 0u, 1u));
+    ASSERT_EQ(platform().zlogs.size(), 1u);
+    const auto &log = platform().zlogs[0];
+    EXPECT_EQ(log.level, 1);
+    EXPECT_EQ(log.module, tivra_dbg_modname);
+    EXPECT_EQ(log.flags, 0);
+    EXPECT_EQ(log.format, "impossible prefix format in ipacl_str_inet_addr(): %d\n");
+    EXPECT_EQ(log.text, text);
+
+    // Negative formats print signed; the history and the log each follow
+    // their own switch.
+    ipacl_double::reset();
+    platform().subtype_check_rc = 1;
+    EXPECT_EQ(inet(-3, 0, v4(10, 0, 0, 0, 8)), "???");
+    EXPECT_TRUE(platform().hist_events.empty());
+    EXPECT_TRUE(platform().zlogs.empty());
+    ASSERT_EQ(platform().chk_ints.size(), 1u);
+    platform().subtype_check_rc = 0;
+    EXPECT_EQ(inet(-3, 0, v4(10, 0, 0, 0, 8)), "???");
+    ASSERT_EQ(platform().hist_events.size(), 1u);
+    EXPECT_EQ(std::string(reinterpret_cast<const char *>(platform().hist_events[0].record.data()) + 4),
+              "impossible prefix format in ipacl_str_inet_addr(): -3\n");
+}
+
+TEST_F(StrScalar, ClockTexts) {
+    char buf[IPACL_STR_SIZE];
+    EXPECT_EQ(ipacl_str_time(buf), 11u);
+    EXPECT_TRUE(std::regex_match(buf, std::regex("[0-5][0-9][0-9]:[0-9]{3}:[0-9]{3}"))) << buf;
+    EXPECT_EQ(buf[0], '0');  // seconds of a minute
+    EXPECT_EQ(ipacl_str_time_stamp(buf), 8u);
+    EXPECT_TRUE(std::regex_match(buf, std::regex("[0-2][0-9]:[0-5][0-9]:[0-6][0-9]"))) << buf;
+}
+
+TEST_F(StrScalar, DateWithoutNewline) {
+    const char *old_tz = getenv("TZ");
+    std::string saved = old_tz ? old_tz : "";
+    setenv("TZ", "UTC", 1);
+    tzset();
+    char buf[IPACL_STR_SIZE];
+    time_t epoch = 0;
+    ipacl_str_date(&epoch, buf);
+    EXPECT_STREQ(buf, "Thu Jan  1 00:00:00 1970");
+    time_t later = 1700000000;
+    ipacl_str_date(&later, buf);
+    EXPECT_STREQ(buf, "Tue Nov 14 22:13:20 2023");
+    if (old_tz) setenv("TZ", saved.c_str(), 1); else unsetenv("TZ");
+    tzset();
+}
+
+TEST_F(StrScalar, PadOrCutToWidth) {
+    char buf[16];
+    strcpy(buf, "ab");
+    ipacl_str_n(buf, 5);
+    EXPECT_STREQ(buf, "ab   ");
+    strcpy(buf, "abcdef");
+    ipacl_str_n(buf, 3);
+    EXPECT_STREQ(buf, "abc");
+    strcpy(buf, "abcdef");
+    ipacl_str_n(buf, 0);
+    EXPECT_STREQ(buf, "");
+    strcpy(buf, "");
+    ipacl_str_n(buf, 4);
+    EXPECT_STREQ(buf, "    ");
+    // Bytes after the first NUL are blanked too, even if they held text.
+    memcpy(buf, "a\0cd\0", 6);
+    ipacl_str_n(buf, 5);
+    EXPECT_STREQ(buf, "a    ");
+    // A negative width clears only the byte at that position.
+    strcpy(buf, "xyz");
+    ipacl_str_n(buf + 2, -1);
+    EXPECT_STREQ(buf, "x");
+    EXPECT_EQ(buf[2], 'z');
+}
+
+TEST_F(StrScalar, FirstLineOfInput) {
+    char buf[IPACL_STR_SIZE + 8];
+    memset(buf, '#', sizeof buf);
+    ipacl_str_from_line("abc\ndef", buf);
+    EXPECT_STREQ(buf, "abc");
+    EXPECT_EQ(buf[4], '#');
+    ipacl_str_from_line("", buf);
+    EXPECT_STREQ(buf, "");
+    std::string fifty(50, 'x');
+    memset(buf, '#', sizeof buf);
+    ipacl_str_from_line(fifty.c_str(), buf);
+    EXPECT_EQ(std::string(buf), std::string(39, 'x'));
+    EXPECT_EQ(buf[40], '#');
+    std::string line39 = std::string(39, 'y') + "\nz";
+    ipacl_str_from_line(line39.c_str(), buf);
+    EXPECT_EQ(std::string(buf), std::string(39, 'y'));
+}
+
+TEST_F(StrScalar, DigitsAndTheirValue) {
+    EXPECT_EQ(ipacl_str_isdigit(""), 1u);
+    EXPECT_EQ(ipacl_str_isdigit("0123456789"), 1u);
+    EXPECT_EQ(ipacl_str_isdigit("12a"), 0u);
+    EXPECT_EQ(ipacl_str_isdigit(" 1"), 0u);
+    EXPECT_EQ(ipacl_str_isdigit("\xb2"), 0u);
+
+    uint32_t v = 99;
+    ipacl_str_toint("", &v);
+    EXPECT_EQ(v, 0u);
+    ipacl_str_toint("0042", &v);
+    EXPECT_EQ(v, 42u);
+    ipacl_str_toint("4294967295", &v);
+    EXPECT_EQ(v, 4294967295u);
+    ipacl_str_toint("4294967296", &v);
+    EXPECT_EQ(v, 0u);
+    ipacl_str_toint("1a", &v);  // unchecked: ('a' - '0') * 1 + 10
+    EXPECT_EQ(v, 59u);
+}
+
+TEST_F(StrScalar, CanonicalFormLowersAndCutsAt29) {
+    char buf[IPACL_CHAIN_NAME_SIZE];
+    memset(buf, '#', sizeof buf);
+    ipacl_str_to_chain("INPUT", buf);
+    EXPECT_STREQ(buf, "input");
+    for (size_t i = 5; i < sizeof buf; ++i) EXPECT_EQ(buf[i], '\0') << i;
+
+    std::string forty = "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789WXYZ";
+    ipacl_str_to_chain(forty.c_str(), buf);
+    EXPECT_STREQ(buf, "abcdefghijklmnopqrstuvwxyz012");
+    EXPECT_EQ(buf[31], '\0');
+}
+
+}  // namespace
