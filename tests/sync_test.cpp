@@ -1,0 +1,161 @@
+// Sync buffers (sizes, zero fill, minimums, allocation failure) and the
+// successors of profile, binding and filter keys, quirks included.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include <ipacl/ipacl.h>
+
+#include "platform_double.h"
+
+namespace {
+
+bool all_zero(const void *p, size_t n) {
+    const auto *b = static_cast<const uint8_t *>(p);
+    for (size_t i = 0; i < n; ++i)
+        if (b[i]) return false;
+    return true;
+}
+
+// Calls `make` with the output preset to a sentinel, so that an output left
+// untouched shows.
+template <typename T, typename Make>
+T *made(Make make, uint32_t arg, ipacl_rc *rc) {
+    T *out = reinterpret_cast<T *>(uintptr_t{0x1});
+    *rc = make(arg, &out);
+    return out;
+}
+
+std::string next_prof(const char *name) {
+    ipacl_prof_key key;
+    memset(&key, 0, sizeof key);
+    strcpy(key.name, name);
+    if (ipacl_next_prof(&key) != IPACL_OK) return "FAIL(" + std::string(key.name) + ")";
+    return key.name;
+}
+
+}  // namespace
+
+TEST(SyncExt, OperationBuffersGrowByItem) {
+    ipacl_rc rc = 1;
+    auto *f = made<ipacl_filter_sync_op>(ipacl_new_filter_sync_op_ext, 0, &rc);
+    ASSERT_EQ(rc, IPACL_OK);
+    EXPECT_TRUE(all_zero(f, 250));
+    ipacl_free_filter_sync_op_ext(f);
+    auto *p = made<ipacl_prof_sync_op>(ipacl_new_prof_sync_op_ext, 3, &rc);
+    ASSERT_EQ(rc, IPACL_OK);
+    EXPECT_TRUE(all_zero(p, 92 + 3 * 72));
+    ipacl_free_prof_sync_op_ext(p);
+    auto *i = made<ipacl_if_prof_sync_op>(ipacl_new_if_prof_sync_op_ext, 2, &rc);
+    ASSERT_EQ(rc, IPACL_OK);
+    EXPECT_TRUE(all_zero(i, 96 + 2 * 84));
+    ipacl_free_if_prof_sync_op_ext(i);
+
+    ipacl_double::fail_malloc_after(1);
+    f = made<ipacl_filter_sync_op>(ipacl_new_filter_sync_op_ext, 5, &rc);
+    EXPECT_EQ(rc, IPACL_E_NO_MEM);
+    EXPECT_EQ(f, nullptr);
+    ipacl_double::fail_malloc_after(1);
+    i = made<ipacl_if_prof_sync_op>(ipacl_new_if_prof_sync_op_ext, 0, &rc);
+    EXPECT_EQ(rc, IPACL_E_NO_MEM);
+    EXPECT_EQ(i, nullptr);
+}
+
+TEST(SyncExt, RecordBuffersHaveAMinimum) {
+    ipacl_rc rc = 1;
+    const auto sentinel = reinterpret_cast<ipacl_prof_sync *>(uintptr_t{0x1});
+    EXPECT_EQ(made<ipacl_prof_sync>(ipacl_new_prof_sync_ext, 87, &rc), sentinel);
+    EXPECT_EQ(rc, IPACL_E_BAD_ARG);
+    auto *p = made<ipacl_prof_sync>(ipacl_new_prof_sync_ext, 88, &rc);
+    ASSERT_EQ(rc, IPACL_OK);
+    EXPECT_TRUE(all_zero(p, 88));
+    ipacl_free_prof_sync_ext(p);
+    made<ipacl_if_prof_sync>(ipacl_new_if_prof_sync_ext, 91, &rc);
+    EXPECT_EQ(rc, IPACL_E_BAD_ARG);
+    ipacl_free_if_prof_sync_ext(made<ipacl_if_prof_sync>(ipacl_new_if_prof_sync_ext, 92, &rc));
+    EXPECT_EQ(rc, IPACL_OK);
+    made<ipacl_filter_sync>(ipacl_new_filter_sync_ext, 245, &rc);
+    EXPECT_EQ(rc, IPACL_E_BAD_ARG);
+    auto *f = made<ipacl_filter_sync>(ipacl_new_filter_sync_ext, 300, &rc);
+    ASSERT_EQ(rc, IPACL_OK);
+    EXPECT_TRUE(all_zero(f, 300));
+    ipacl_free_filter_sync_ext(f);
+
+    ipacl_double::fail_malloc_after(1);
+    EXPECT_EQ(made<ipacl_filter_sync>(ipacl_new_filter_sync_ext, 246, &rc), nullptr);
+    EXPECT_EQ(rc, IPACL_E_NO_MEM);
+    ipacl_free_prof_sync_ext(nullptr);  // NULL is accepted
+    ipacl_free_filter_sync_op_ext(nullptr);
+}
+
+TEST(Next, BindingKeys) {
+    ipacl_if_prof_key k{5, 1};
+    EXPECT_EQ(ipacl_next_if_prof(&k), IPACL_OK);
+    EXPECT_EQ(k.if_index, 5u);
+    EXPECT_EQ(k.direction, 2u);
+    EXPECT_EQ(ipacl_next_if_prof(&k), IPACL_OK);
+    EXPECT_EQ(k.if_index, 6u);
+    EXPECT_EQ(k.direction, 1u);
+    k = {5, 0};
+    EXPECT_EQ(ipacl_next_if_prof(&k), IPACL_OK);
+    EXPECT_EQ(k.if_index, 6u);
+    EXPECT_EQ(k.direction, 1u);
+    k = {0xFFFFFFFFu, 2};
+    EXPECT_EQ(ipacl_next_if_prof(&k), IPACL_E_FAIL);
+    EXPECT_EQ(k.if_index, 0xFFFFFFFFu);
+    EXPECT_EQ(k.direction, 2u);
+}
+
+TEST(Next, NamesStepOneCharacterOrByValue) {
+    EXPECT_EQ(next_prof("abc"), "bbc");
+    EXPECT_EQ(next_prof("~bc"), "~cc");
+    EXPECT_EQ(next_prof("a"), "b");
+    EXPECT_EQ(next_prof("Z9"), "[9");
+    EXPECT_EQ(next_prof("\x1f" "a"), " a");  // control characters rise to a blank
+    EXPECT_EQ(next_prof("\x7f" "a"), "\x7f" "b");
+    EXPECT_EQ(next_prof("\xff" "a"), " a");   // 0xFF wraps to the first printable
+    EXPECT_EQ(next_prof("\x80\xfe" "a"), "\x80\xfe" "b");
+    EXPECT_EQ(next_prof("~~~"), "FAIL(~~~)");
+    EXPECT_EQ(next_prof("~\x7f\x90"), "FAIL(~\x7f\x90)");
+
+    EXPECT_EQ(next_prof("41"), "42");
+    EXPECT_EQ(next_prof("99"), "100");
+    EXPECT_EQ(next_prof("007"), "8");
+    EXPECT_EQ(next_prof("4294967294"), "4294967295");
+    EXPECT_EQ(next_prof("4294967295"), "FAIL(4294967295)");
+    EXPECT_EQ(next_prof("4294967296"), "1");  // the value wraps to 0 first
+    EXPECT_EQ(next_prof("1a"), "2a");
+    // The empty name reads as the number 0.
+    EXPECT_EQ(next_prof(""), "1");
+
+    ipacl_prof_key unterminated;
+    memset(unterminated.name, 'a', sizeof unterminated.name);
+    EXPECT_EQ(ipacl_next_prof(&unterminated), IPACL_E_FAIL);
+    EXPECT_EQ(unterminated.name[0], 'a');
+}
+
+TEST(Next, FilterKeys) {
+    ipacl_filter_key k;
+    memset(&k, 0, sizeof k);
+    strcpy(k.prof_name, "10");
+    k.filter_index = 0xFFFFFFFEu;
+    EXPECT_EQ(ipacl_next_filter(&k), IPACL_OK);
+    EXPECT_STREQ(k.prof_name, "10");
+    EXPECT_EQ(k.filter_index, 0xFFFFFFFFu);
+    EXPECT_EQ(ipacl_next_filter(&k), IPACL_OK);
+    EXPECT_STREQ(k.prof_name, "11");
+    EXPECT_EQ(k.filter_index, 0u);
+
+    strcpy(k.prof_name, "acl");
+    k.filter_index = 0xFFFFFFFFu;
+    EXPECT_EQ(ipacl_next_filter(&k), IPACL_OK);
+    EXPECT_STREQ(k.prof_name, "bcl");
+    EXPECT_EQ(k.filter_index, 0u);
+
+    strcpy(k.prof_name, "4294967295");
+    k.filter_index = 0xFFFFFFFFu;
+    EXPECT_EQ(ipacl_next_filter(&k), IPACL_E_FAIL);
+    EXPECT_STREQ(k.prof_name, "4294967295");
+    EXPECT_EQ(k.filter_index, 0xFFFFFFFFu);
+}
