@@ -1,0 +1,336 @@
+// One-line text of profiles, bindings, keys and filters: the long form, the
+// bounded command form and the network-order twins.
+#include <gtest/gtest.h>
+
+#include <arpa/inet.h>
+
+#include <cstring>
+#include <string>
+
+#include <ipacl/ipacl.h>
+
+#include "platform_double.h"
+
+namespace {
+
+ipacl_inet_addr v4(uint8_t a, uint8_t b, uint8_t c, uint8_t d, uint32_t len) {
+    ipacl_inet_addr p{};
+    p.family = 1;
+    p.addr[0] = a, p.addr[1] = b, p.addr[2] = c, p.addr[3] = d;
+    p.prefix_len = len;
+    return p;
+}
+
+ipacl_inet_addr v6(const char *text, uint32_t len) {
+    ipacl_inet_addr p{};
+    p.family = 2;
+    EXPECT_EQ(inet_pton(AF_INET6, text, p.addr), 1);
+    p.prefix_len = len;
+    return p;
+}
+
+// An IPv4 TCP filter that sets a little of everything.
+ipacl_filter tcp_filter() {
+    ipacl_filter f{};
+    strcpy(f.prof_name, "acl1");
+    f.filter_index = 10;
+    f.order_position = 2;
+    f.action = IPACL_ACTION_PERMIT;
+    f.addr_type = IPACL_ADDR_TYPE_IPV4;
+    f.protocol = 6;
+    f.src_addr = v4(10, 1, 0, 0, 16);
+    f.dst_addr = v4(0, 0, 0, 0, 0);
+    f.src_port_op = IPACL_PORT_OP_ANY;
+    f.src_port_low = 0;
+    f.src_port_high = 65535;
+    f.dst_port_op = IPACL_PORT_OP_EQ;
+    f.dst_port_low = 80;
+    f.dst_port_high = 80;
+    f.established = 1;
+    f.icmp_type = 0xFFFFFFFF;
+    f.icmp_code = 0xFFFFFFFF;
+    f.precedence = 0xFFFFFFFF;
+    f.tos = 0xFFFFFFFF;
+    f.log_deny = 2;
+    f.fragments = 0;
+    f.snmp_status = IPACL_SNMP_STATUS_ACTIVE;
+    return f;
+}
+
+// The IPv6 filter of a command "permit tcp any 2001:db8::/32 eq www established".
+ipacl_filter v6_filter() {
+    ipacl_filter f = tcp_filter();
+    f.addr_type = IPACL_ADDR_TYPE_IPV6;
+    f.src_addr = v6("::", 0);
+    f.dst_addr = v6("2001:db8::", 32);
+    f.log_deny = 0;
+    return f;
+}
+
+std::string command(const ipacl_filter &f, ipacl_rc *rc = nullptr) {
+    char buf[512];
+    ipacl_rc r = ipacl_str_filter_ipv6(&f, buf, sizeof buf);
+    if (rc) *rc = r;
+    return buf;
+}
+
+class StrRecord : public ::testing::Test {
+protected:
+    void SetUp() override { ipacl_double::reset(); }
+};
+
+}  // namespace
+
+TEST_F(StrRecord, ProfilesAndKeys) {
+    char buf[256];
+    ipacl_prof_key key{};
+    strcpy(key.name, "acl1");
+    ipacl_str_prof_key(&key, buf);
+    EXPECT_STREQ(buf, "prof acl1");
+    key.name[0] = '\0';
+    ipacl_str_prof_key(&key, buf);
+    EXPECT_STREQ(buf, "prof ''");
+
+    ipacl_prof prof{};
+    prof.prof_type = IPACL_PROF_TYPE_SIMPLE;
+    prof.last_filter_index = 3;
+    prof.snmp_status = IPACL_SNMP_STATUS_ACTIVE;
+    EXPECT_EQ(ipacl_str_prof(&prof, buf), 23u);
+    EXPECT_STREQ(buf, "active prof '' simple 3");
+    strcpy(prof.name, "Mgmt-ACL");
+    prof.prof_type = 0xFFFFFFFE;
+    prof.last_filter_index = 0;
+    prof.snmp_status = 0;
+    ipacl_str_prof(&prof, buf);
+    EXPECT_STREQ(buf, "0h[rs] prof Mgmt-ACL -2h[prof-type] no-index");
+
+    ipacl_if_prof_key if_key{5, IPACL_DIR_IN};
+    EXPECT_EQ(ipacl_str_if_prof_key(&if_key, buf), 6u);
+    EXPECT_STREQ(buf, "if5 in");
+    if_key = {0, 6};
+    ipacl_str_if_prof_key(&if_key, buf);
+    EXPECT_STREQ(buf, "no-if 6h[dir]");
+
+    ipacl_filter_key filter_key{};
+    strcpy(filter_key.prof_name, "acl1");
+    EXPECT_EQ(ipacl_str_filter_key(&filter_key, buf), 18u);
+    EXPECT_STREQ(buf, "prof acl1 no-index");
+    filter_key.prof_name[0] = '\0';
+    filter_key.filter_index = 42;
+    ipacl_str_filter_key(&filter_key, buf);
+    EXPECT_STREQ(buf, "prof '' 42");
+}
+
+TEST_F(StrRecord, BindingShowsTheInterfaceByNameAndIndex) {
+    char buf[256];
+    ipacl_if_prof b{};
+    b.direction = IPACL_DIR_OUT;
+    strcpy(b.prof_name, "web");
+    b.snmp_status = IPACL_SNMP_STATUS_ACTIVE;
+    ipacl_str_if_prof(&b, buf);
+    EXPECT_STREQ(buf, "active no-if(0x0) out prof web");
+    b.if_index = 26;
+    b.direction = IPACL_DIR_IN_OUT;
+    b.prof_name[0] = '\0';
+    b.snmp_status = IPACL_SNMP_STATUS_DESTROY;
+    EXPECT_EQ(ipacl_str_if_prof(&b, buf), strlen("destroy if26(0x1a) in+out prof ''"));
+    EXPECT_STREQ(buf, "destroy if26(0x1a) in+out prof ''");
+}
+
+TEST_F(StrRecord, NameFillingItsWholeFieldIsCutByTheBoundedCopy) {
+    char buf[512];
+    ipacl_filter_key key{};
+    memset(key.prof_name, 'n', sizeof key.prof_name);  // no terminator
+    key.filter_index = 1;
+    ipacl_str_filter_key(&key, buf);
+    EXPECT_EQ(std::string(buf), "prof " + std::string(67, 'n') + " 1");
+}
+
+TEST_F(StrRecord, LongFormDumpsEveryField) {
+    char buf[512];
+    ipacl_filter f = tcp_filter();
+    const char *expected =
+        "active prof acl1 10 2 permit tcp s-ip 10.1.0.0/16 d-ip any any-port-op s-port 0:65535 "
+        "eq d-port www:www any-icmp:any-code est:T any-prec any-tos log:T frag:F";
+    EXPECT_EQ(ipacl_str_filter(&f, buf), strlen(expected));
+    EXPECT_STREQ(buf, expected);
+
+    // IPv6 protocol names follow the address type; ports of an ICMP filter
+    // still print; flags print T for any non-zero value.
+    f = v6_filter();
+    f.prof_name[0] = '\0';
+    f.filter_index = 0;
+    f.order_position = 0;
+    f.action = 0;
+    f.protocol = 0xFFFFFFFF;
+    f.src_port_op = 6;
+    f.src_port_low = 143;
+    f.src_port_high = 443;
+    f.icmp_type = 8;
+    f.icmp_code = 0;
+    f.established = 0;
+    f.precedence = 5;
+    f.tos = 8;
+    f.fragments = 7;
+    f.snmp_status = 9;
+    ipacl_str_filter(&f, buf);
+    EXPECT_STREQ(buf,
+                 "9h[rs] prof '' no-index no-order 0h[action] ipv6 s-ip any d-ip 2001:db8::/32 "
+                 "6h[port-op] s-port http:443 eq d-port www:www echo:0 est:F critical delay "
+                 "log:F frag:T");
+    f.addr_type = 1;
+    ipacl_str_filter(&f, buf);
+    EXPECT_NE(strstr(buf, " 0h[action] ip s-ip "), nullptr) << buf;
+}
+
+TEST_F(StrRecord, CommandFormPrintsOnlyWhatIsSet) {
+    ipacl_rc rc = 1;
+    EXPECT_EQ(command(v6_filter(), &rc), "permit tcp any 2001:db8::/32 eq www established");
+    EXPECT_EQ(rc, IPACL_OK);
+
+    ipacl_filter f = v6_filter();
+    f.action = IPACL_ACTION_DENY;
+    f.protocol = 0xFFFFFFFF;
+    f.src_addr = v6("2001:db8:1::", 48);
+    f.dst_addr = v6("::", 0);
+    f.dst_port_op = 0;
+    f.dst_port_low = 0;
+    f.dst_port_high = 0;
+    f.established = 2;   // only exactly 1 counts here
+    f.icmp_type = 8;
+    f.icmp_code = 0xFFFFFFFF;
+    f.log_deny = 1;
+    f.fragments = 1;
+    EXPECT_EQ(command(f), "deny ipv6 2001:db8:1::/48 any 8 log-deny fragments");
+    f.icmp_code = 3;
+    f.log_deny = 2;
+    f.fragments = 0;
+    EXPECT_EQ(command(f), "deny ipv6 2001:db8:1::/48 any 8 3");
+    f.icmp_type = 0xFFFFFFFF;  // no type: the code is not printed either
+    f.protocol = 58;
+    EXPECT_EQ(command(f), "deny icmp6 2001:db8:1::/48 any");
+}
+
+TEST_F(StrRecord, CommandFormPortConditions) {
+    struct Case {
+        uint32_t op, low, high;
+        const char *text;  // nullptr: no condition
+    };
+    const Case cases[] = {
+        {0, 0, 65535, nullptr},       {0, 0, 0, nullptr},          {0, 100, 100, "eq 100"},
+        {0, 0, 1023, "lt 1023"},      {0, 1024, 65535, "gt 1024"}, {0, 10, 30, "range 10 30"},
+        {0, 80, 80, "eq www"},        {1, 5, 1000, "lt 1000"},     {2, 1023, 9, "gt 1023"},
+        {3, 22, 9, "neq ssh"},        {4, 443, 9, "eq 443"},       {5, 20, 21, "range ftp-data ftp"},
+        {6, 1, 2, "6h[port-op]"},
+    };
+    for (const Case &c : cases) {
+        ipacl_filter f = v6_filter();
+        f.established = 0;
+        f.src_port_op = c.op;
+        f.src_port_low = c.low;
+        f.src_port_high = c.high;
+        std::string expected = "permit tcp any ";
+        if (c.text) expected += std::string(c.text) + " ";
+        expected += "2001:db8::/32 eq www";
+        EXPECT_EQ(command(f), expected) << c.op << " " << c.low << " " << c.high;
+    }
+}
+
+TEST_F(StrRecord, CommandFormArguments) {
+    ipacl_filter f = v6_filter();
+    char buf[16];
+    memset(buf, 'X', sizeof buf);
+    EXPECT_EQ(ipacl_str_filter_ipv6(&f, buf, 0), IPACL_E_BAD_ARG);
+    EXPECT_EQ(ipacl_str_filter_ipv6(&f, buf, -1), IPACL_E_BAD_ARG);
+    EXPECT_EQ(ipacl_str_filter_ipv6(&f, nullptr, 16), IPACL_E_BAD_ARG);
+    EXPECT_EQ(ipacl_str_filter_ipv6(nullptr, buf, 16), IPACL_E_BAD_ARG);
+    EXPECT_EQ(buf[0], 'X');  // nothing written
+
+    // "permit" fills 6 bytes exactly: accepted, cut by the terminator; the
+    // next part finds no room.
+    EXPECT_EQ(ipacl_str_filter_ipv6(&f, buf, 6), IPACL_E_NO_MEM);
+    EXPECT_STREQ(buf, "permi");
+    EXPECT_EQ(buf[6], 'X');
+}
+
+TEST_F(StrRecord, CommandFormNeverWritesPastItsSize) {
+    const ipacl_filter f = v6_filter();
+    const std::string full = command(f);
+    constexpr size_t kGuard = 64;
+    for (int32_t size = 1; size <= static_cast<int32_t>(full.size()) + 4; ++size) {
+        char area[512 + kGuard];
+        memset(area, 0xA5, sizeof area);
+        const ipacl_rc rc = ipacl_str_filter_ipv6(&f, area, size);
+        for (size_t i = static_cast<size_t>(size); i < static_cast<size_t>(size) + kGuard; ++i)
+            ASSERT_EQ(static_cast<uint8_t>(area[i]), 0xA5) << "size " << size << " byte " << i;
+        // A last part that fills the space exactly still counts as written.
+        EXPECT_EQ(rc, size >= static_cast<int32_t>(full.size()) ? IPACL_OK : IPACL_E_NO_MEM) << size;
+        EXPECT_EQ(std::string(area), full.substr(0, static_cast<size_t>(size) - 1)) << size;
+    }
+}
+
+TEST_F(StrRecord, NetworkTwinsFormatAConvertedCopy) {
+    char host_text[512], net_text[512];
+
+    ipacl_filter f = tcp_filter();
+    f.packets = 0x100000002ull;
+    ipacl_filter net{};
+    ipacl_hton_filter(&f, &net);
+    const ipacl_filter before = net;
+    EXPECT_EQ(ipacl_str_filter_net(&net, net_text), ipacl_str_filter(&f, host_text));
+    EXPECT_STREQ(net_text, host_text);
+    EXPECT_EQ(memcmp(&before, &net, sizeof net), 0);
+
+    ipacl_prof prof{};
+    strcpy(prof.name, "p");
+    prof.prof_type = 2;
+    prof.last_filter_index = 300;
+    prof.snmp_status = 1;
+    ipacl_prof prof_net{};
+    ipacl_hton_prof(&prof, &prof_net);
+    ipacl_str_prof_net(&prof_net, net_text);
+    EXPECT_STREQ(net_text, "active prof p extended 300");
+
+    ipacl_prof_key key{};
+    ipacl_hton_prof_key(&key, &key);
+    ipacl_str_prof_key_net(&key, net_text);
+    EXPECT_STREQ(net_text, "prof ''");
+
+    ipacl_if_prof_key if_key{258, IPACL_DIR_OUT};
+    ipacl_if_prof_key if_key_net{};
+    ipacl_hton_if_prof_key(&if_key, &if_key_net);
+    ipacl_str_if_prof_key_net(&if_key_net, net_text);
+    EXPECT_STREQ(net_text, "if258 out");
+
+    ipacl_if_prof b{};
+    b.if_index = 258;
+    b.direction = IPACL_DIR_IN;
+    strcpy(b.prof_name, "web");
+    b.snmp_status = 1;
+    b.local_flag = 1;
+    ipacl_if_prof b_net{};
+    ipacl_hton_if_prof(&b, &b_net);
+    const ipacl_if_prof b_before = b_net;
+    ipacl_str_if_prof_net(&b_net, net_text);
+    EXPECT_STREQ(net_text, "active if258(0x102) in prof web");
+    EXPECT_EQ(memcmp(&b_before, &b_net, sizeof b_net), 0);
+
+    ipacl_filter_key fk{};
+    strcpy(fk.prof_name, "acl1");
+    fk.filter_index = 65536;
+    ipacl_filter_key fk_net{};
+    ipacl_hton_filter_key(&fk, &fk_net);
+    ipacl_str_filter_key_net(&fk_net, net_text);
+    EXPECT_STREQ(net_text, "prof acl1 65536");
+}
+
+TEST_F(StrRecord, NullArgumentsWriteNothingHarmful) {
+    char buf[8] = "XYZ";
+    EXPECT_EQ(ipacl_str_prof(nullptr, buf), 0u);
+    EXPECT_STREQ(buf, "");
+    ipacl_prof prof{};
+    EXPECT_EQ(ipacl_str_prof(&prof, nullptr), 0u);
+    EXPECT_EQ(ipacl_str_filter_net(nullptr, buf), 0u);
+    ipacl_str_prof_key_net(nullptr, buf);
+    EXPECT_STREQ(buf, "");
+}
