@@ -60,9 +60,9 @@ double snprintf_ns() {
 
 void report_ratio(benchmark::State &state) {
     // Time per iteration over the snprintf time, both in nanoseconds.
-    state.counters["per_snprintf"] = benchmark::Counter(
-        static_cast<double>(state.iterations()) * snprintf_ns() * 1e-9,
-        benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    state.counters["per_snprintf"] =
+        benchmark::Counter(static_cast<double>(state.iterations()) * snprintf_ns() * 1e-9,
+                           benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
 void BM_snprintf_short_message(benchmark::State &state) {

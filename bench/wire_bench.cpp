@@ -57,8 +57,7 @@ void run(benchmark::State &state, size_t bytes, Convert convert, Copy copy) {
         state.SetIterationTime(t1 - t0);
     }
     state.SetBytesProcessed(int64_t(state.iterations() * bytes));
-    state.counters["copy"] =
-        benchmark::Counter(copy_s, benchmark::Counter::kAvgIterations);
+    state.counters["copy"] = benchmark::Counter(copy_s, benchmark::Counter::kAvgIterations);
     state.counters["ratio"] = convert_s / copy_s;
 }
 

@@ -33,11 +33,11 @@ Result run(Check check) {
     return {code, err};
 }
 
-#define EXPECT_CHECK(call, code_, text_)                        \
-    do {                                                        \
-        Result r_ = run([&](char *err) { return call; });       \
-        EXPECT_EQ(r_.code, code_) << #call << ": " << r_.text;  \
-        EXPECT_EQ(r_.text, text_) << #call;                     \
+#define EXPECT_CHECK(call, code_, text_)                       \
+    do {                                                       \
+        Result r_ = run([&](char *err) { return call; });      \
+        EXPECT_EQ(r_.code, code_) << #call << ": " << r_.text; \
+        EXPECT_EQ(r_.text, text_) << #call;                    \
     } while (0)
 
 TEST(ChkFields, Protocol) {
@@ -129,8 +129,7 @@ TEST(ChkFields, PortOperations) {
                  "low ssh != high telnet for source port operation eq");
     EXPECT_CHECK(ipacl_chk_port_op(TCP, 3, 1, 2, S, err), IPACL_E_BAD_PORT_RANGE,
                  "low 1 != high 2 for source port operation neq");
-    EXPECT_CHECK(ipacl_chk_port_op(TCP, 3, 1, 2, nullptr, err), IPACL_E_BAD_PORT_RANGE,
-                 untouched);
+    EXPECT_CHECK(ipacl_chk_port_op(TCP, 3, 1, 2, nullptr, err), IPACL_E_BAD_PORT_RANGE, untouched);
     EXPECT_CHECK(ipacl_chk_port_op(ICMP, 4, 0, 65535, S, err), IPACL_E_PORT_NOT_ALLOWED,
                  "source port operation eq low 0 high 65535 is not allowed for icmp");
     EXPECT_CHECK(ipacl_chk_port_op(kNone, 0, 0, 80, nullptr, err), IPACL_E_PORT_NOT_ALLOWED,
@@ -173,10 +172,8 @@ TEST(ChkFields, Icmp) {
     EXPECT_CHECK(ipacl_chk_icmp(ICMP6, 255, 255, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_icmp(ICMP, 8, kNone, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_icmp(TCP, kNone, kNone, err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_icmp(ICMP, 300, 1, err), IPACL_E_BAD_ICMP_TYPE,
-                 "invalid icmp type 300");
-    EXPECT_CHECK(ipacl_chk_icmp(ICMP, 3, 300, err), IPACL_E_BAD_ICMP_CODE,
-                 "invalid icmp code 300");
+    EXPECT_CHECK(ipacl_chk_icmp(ICMP, 300, 1, err), IPACL_E_BAD_ICMP_TYPE, "invalid icmp type 300");
+    EXPECT_CHECK(ipacl_chk_icmp(ICMP, 3, 300, err), IPACL_E_BAD_ICMP_CODE, "invalid icmp code 300");
     EXPECT_CHECK(ipacl_chk_icmp(ICMP6, kNone, 4, err), IPACL_E_ICMP_CODE_NOT_ALLOWED,
                  "icmp code 4 is not allowed without icmp type");
     EXPECT_CHECK(ipacl_chk_icmp(TCP, 8, 0, err), IPACL_E_ICMP_TYPE_NOT_ALLOWED,
@@ -266,9 +263,9 @@ TEST(ChkFields, ReservedWordsAndAlphanumerics) {
                  "ACCESS is reserved and is not allowed as part of an access list name");
     // Words out of alphabetical order in the table, and the last one.
     for (const char *word : {"gt", "Engineering", "KEST", "www", "mgmt0", "ipacl", "ha"})
-        EXPECT_CHECK(ipacl_chk_name_rsv(word, err), IPACL_E_NAME_RESERVED,
-                     std::string(word) +
-                         " is reserved and is not allowed as part of an access list name");
+        EXPECT_CHECK(
+            ipacl_chk_name_rsv(word, err), IPACL_E_NAME_RESERVED,
+            std::string(word) + " is reserved and is not allowed as part of an access list name");
     // The hyphenated words are refused as not alphanumeric before the table.
     EXPECT_CHECK(ipacl_chk_name_rsv("access-list", err), IPACL_E_NAME_NOT_ALNUM,
                  "access-list is not alphanumeric");
@@ -344,45 +341,49 @@ struct FilterCase {
 };
 
 const FilterCase kFilterCases[] = {
-    {"empty name", [](ipacl_filter &f) { f.prof_name[0] = 0; },
-     IPACL_E_NO_NAME, IPACL_E_NO_NAME, 0, IPACL_E_NO_NAME},
-    {"66 letters", [](ipacl_filter &f) { memset(f.prof_name, 'a', 66); f.prof_name[66] = 0; },
+    {"empty name", [](ipacl_filter &f) { f.prof_name[0] = 0; }, IPACL_E_NO_NAME, IPACL_E_NO_NAME, 0,
+     IPACL_E_NO_NAME},
+    {"66 letters",
+     [](ipacl_filter &f) {
+         memset(f.prof_name, 'a', 66);
+         f.prof_name[66] = 0;
+     },
      IPACL_E_NAME_TOO_LONG, IPACL_E_NAME_TOO_LONG, 0, IPACL_E_NAME_TOO_LONG},
-    {"reserved", [](ipacl_filter &f) { strcpy(f.prof_name, "Permit"); },
-     0, IPACL_E_NAME_RESERVED, IPACL_E_NAME_RESERVED, 0},
-    {"hyphen", [](ipacl_filter &f) { strcpy(f.prof_name, "a-b"); },
-     0, IPACL_E_NAME_NOT_ALNUM, IPACL_E_NAME_NOT_ALNUM, 0},
-    {"action", [](ipacl_filter &f) { f.action = 3; },
-     IPACL_E_BAD_ACTION, IPACL_E_BAD_ACTION, IPACL_E_BAD_ACTION, IPACL_E_BAD_ACTION},
-    {"log-deny on permit", [](ipacl_filter &f) { f.log_deny = 1; },
-     IPACL_E_LOG_DENY_NOT_ALLOWED, IPACL_E_LOG_DENY_NOT_ALLOWED, IPACL_E_LOG_DENY_NOT_ALLOWED,
-     IPACL_E_LOG_DENY_NOT_ALLOWED},
-    {"address type", [](ipacl_filter &f) { f.dst_addr.family = 2; },
-     IPACL_E_BAD_ADDR_TYPE, IPACL_E_BAD_ADDR_TYPE, 0, 0},
-    {"protocol 300 without ports", [](ipacl_filter &f) {
+    {"reserved", [](ipacl_filter &f) { strcpy(f.prof_name, "Permit"); }, 0, IPACL_E_NAME_RESERVED,
+     IPACL_E_NAME_RESERVED, 0},
+    {"hyphen", [](ipacl_filter &f) { strcpy(f.prof_name, "a-b"); }, 0, IPACL_E_NAME_NOT_ALNUM,
+     IPACL_E_NAME_NOT_ALNUM, 0},
+    {"action", [](ipacl_filter &f) { f.action = 3; }, IPACL_E_BAD_ACTION, IPACL_E_BAD_ACTION,
+     IPACL_E_BAD_ACTION, IPACL_E_BAD_ACTION},
+    {"log-deny on permit", [](ipacl_filter &f) { f.log_deny = 1; }, IPACL_E_LOG_DENY_NOT_ALLOWED,
+     IPACL_E_LOG_DENY_NOT_ALLOWED, IPACL_E_LOG_DENY_NOT_ALLOWED, IPACL_E_LOG_DENY_NOT_ALLOWED},
+    {"address type", [](ipacl_filter &f) { f.dst_addr.family = 2; }, IPACL_E_BAD_ADDR_TYPE,
+     IPACL_E_BAD_ADDR_TYPE, 0, 0},
+    {"protocol 300 without ports",
+     [](ipacl_filter &f) {
          f.protocol = 300, f.established = 0;
          f.src_port_op = f.dst_port_op = 0;
-         f.src_port_low = f.dst_port_low = 0, f.src_port_high = f.dst_port_high = 65535; },
+         f.src_port_low = f.dst_port_low = 0, f.src_port_high = f.dst_port_high = 65535;
+     },
      IPACL_E_BAD_PROTO, IPACL_E_BAD_PROTO, 0, IPACL_E_BAD_PROTO},
-    {"source wildcard", [](ipacl_filter &f) { f.src_wildcard = 0x00FF00FF; },
-     0, IPACL_E_BAD_WILDCARD, IPACL_E_BAD_WILDCARD, IPACL_E_BAD_WILDCARD},
-    {"dest wildcard", [](ipacl_filter &f) { f.dst_wildcard = 0xFF000000; },
-     0, IPACL_E_BAD_WILDCARD, IPACL_E_BAD_WILDCARD, IPACL_E_BAD_WILDCARD},
-    {"source low port", [](ipacl_filter &f) { f.src_port_low = 70000; },
-     IPACL_E_BAD_LOW_PORT, IPACL_E_BAD_LOW_PORT, IPACL_E_BAD_LOW_PORT, 0},
-    {"dest high port", [](ipacl_filter &f) { f.dst_port_high = 70000; },
-     IPACL_E_BAD_HIGH_PORT, IPACL_E_BAD_HIGH_PORT, IPACL_E_BAD_HIGH_PORT, 0},
-    {"source port op", [](ipacl_filter &f) { f.src_port_op = 9; },
-     IPACL_E_BAD_PORT_OP, IPACL_E_BAD_PORT_OP, IPACL_E_BAD_PORT_OP, 0},
-    {"dest eq range", [](ipacl_filter &f) { f.dst_port_high = 23; },
-     IPACL_E_BAD_PORT_RANGE, IPACL_E_BAD_PORT_RANGE, IPACL_E_BAD_PORT_RANGE, 0},
-    {"established", [](ipacl_filter &f) { f.established = 2; },
-     IPACL_E_BAD_ESTABLISHED, IPACL_E_BAD_ESTABLISHED, IPACL_E_BAD_ESTABLISHED, 0},
-    {"icmp type on tcp", [](ipacl_filter &f) { f.icmp_type = 8; },
-     IPACL_E_ICMP_TYPE_NOT_ALLOWED, IPACL_E_ICMP_TYPE_NOT_ALLOWED,
-     IPACL_E_ICMP_TYPE_NOT_ALLOWED, 0},
-    {"precedence and tos", [](ipacl_filter &f) { f.precedence = 1; },
-     IPACL_E_PREC_AND_TOS, IPACL_E_PREC_AND_TOS, 0, 0},
+    {"source wildcard", [](ipacl_filter &f) { f.src_wildcard = 0x00FF00FF; }, 0,
+     IPACL_E_BAD_WILDCARD, IPACL_E_BAD_WILDCARD, IPACL_E_BAD_WILDCARD},
+    {"dest wildcard", [](ipacl_filter &f) { f.dst_wildcard = 0xFF000000; }, 0, IPACL_E_BAD_WILDCARD,
+     IPACL_E_BAD_WILDCARD, IPACL_E_BAD_WILDCARD},
+    {"source low port", [](ipacl_filter &f) { f.src_port_low = 70000; }, IPACL_E_BAD_LOW_PORT,
+     IPACL_E_BAD_LOW_PORT, IPACL_E_BAD_LOW_PORT, 0},
+    {"dest high port", [](ipacl_filter &f) { f.dst_port_high = 70000; }, IPACL_E_BAD_HIGH_PORT,
+     IPACL_E_BAD_HIGH_PORT, IPACL_E_BAD_HIGH_PORT, 0},
+    {"source port op", [](ipacl_filter &f) { f.src_port_op = 9; }, IPACL_E_BAD_PORT_OP,
+     IPACL_E_BAD_PORT_OP, IPACL_E_BAD_PORT_OP, 0},
+    {"dest eq range", [](ipacl_filter &f) { f.dst_port_high = 23; }, IPACL_E_BAD_PORT_RANGE,
+     IPACL_E_BAD_PORT_RANGE, IPACL_E_BAD_PORT_RANGE, 0},
+    {"established", [](ipacl_filter &f) { f.established = 2; }, IPACL_E_BAD_ESTABLISHED,
+     IPACL_E_BAD_ESTABLISHED, IPACL_E_BAD_ESTABLISHED, 0},
+    {"icmp type on tcp", [](ipacl_filter &f) { f.icmp_type = 8; }, IPACL_E_ICMP_TYPE_NOT_ALLOWED,
+     IPACL_E_ICMP_TYPE_NOT_ALLOWED, IPACL_E_ICMP_TYPE_NOT_ALLOWED, 0},
+    {"precedence and tos", [](ipacl_filter &f) { f.precedence = 1; }, IPACL_E_PREC_AND_TOS,
+     IPACL_E_PREC_AND_TOS, 0, 0},
     {"tos range", [](ipacl_filter &f) { f.tos = 16; }, IPACL_E_BAD_TOS, IPACL_E_BAD_TOS, 0, 0},
 };
 
@@ -400,8 +401,10 @@ TEST(ChkChains, EachChainChecksItsOwnFields) {
             char err[IPACL_ERR_TEXT_SIZE] = "stale";
             EXPECT_EQ(kFilterChains[i](&f, err), expected[i])
                 << c.what << " in the " << kFilterChainNames[i] << " chain: " << err;
-            if (expected[i] == 0) EXPECT_STREQ(err, "") << c.what;
-            else EXPECT_STRNE(err, "") << c.what;
+            if (expected[i] == 0)
+                EXPECT_STREQ(err, "") << c.what;
+            else
+                EXPECT_STRNE(err, "") << c.what;
         }
     }
 }
@@ -409,11 +412,20 @@ TEST(ChkChains, EachChainChecksItsOwnFields) {
 // The quen chain runs every step: spoiling the fields of step k and of every
 // later step reports step k, for each k.
 TEST(ChkChains, TheFirstFailingStepWins) {
-    const char *order[] = {"empty name",      "hyphen",          "action",
-                           "address type",    "protocol 300 without ports",
-                           "source wildcard", "dest wildcard",   "source low port",
-                           "dest high port",  "source port op",  "dest eq range",
-                           "established",     "icmp type on tcp", "precedence and tos"};
+    const char *order[] = {"empty name",
+                           "hyphen",
+                           "action",
+                           "address type",
+                           "protocol 300 without ports",
+                           "source wildcard",
+                           "dest wildcard",
+                           "source low port",
+                           "dest high port",
+                           "source port op",
+                           "dest eq range",
+                           "established",
+                           "icmp type on tcp",
+                           "precedence and tos"};
     auto find = [](const char *what) -> const FilterCase & {
         for (const FilterCase &c : kFilterCases)
             if (strcmp(c.what, what) == 0) return c;
@@ -474,8 +486,7 @@ TEST_F(ChkPlatform, BindingChains) {
     b.direction = 5;
     strcpy(b.prof_name, "acl1");
     EXPECT_CHECK(ipacl_chk_if_prof(&b, err), IPACL_E_BAD_DIR, "bad interface direction in+out");
-    EXPECT_CHECK(ipacl_chk_gen_if_prof(&b, err), IPACL_E_BAD_DIR,
-                 "bad interface direction in+out");
+    EXPECT_CHECK(ipacl_chk_gen_if_prof(&b, err), IPACL_E_BAD_DIR, "bad interface direction in+out");
     EXPECT_CHECK(ipacl_chk_quen_if_prof(&b, err), IPACL_E_BAD_DIR,
                  "bad interface direction in+out");
     EXPECT_CHECK(ipacl_chk_cli_if_prof(&b, err), 0u, "");
@@ -574,8 +585,7 @@ TEST(ChkBuffer, LongestMessagesFitTheDocumentedSize) {
 
     // The bound in the worst case: the port operation refusal has 42 fixed
     // characters and five texts.
-    const size_t fixed =
-        strlen("%s operation %s low %s high %s is not allowed for %s") - 5 * 2;
+    const size_t fixed = strlen("%s operation %s low %s high %s is not allowed for %s") - 5 * 2;
     EXPECT_EQ(fixed, 42u);
     EXPECT_LT(fixed + 5 * 40, size_t{IPACL_ERR_TEXT_SIZE});
     const size_t reserved_fixed =

@@ -56,8 +56,11 @@ bool all_zero(const void *p, size_t n) {
 
 // A pool of 4 slots of 16 bytes per chunk, emptied and freed at the end.
 class Pool : public testing::Test {
-protected:
-    void SetUp() override { pool = ipacl_mm_new(4, 16); ASSERT_NE(pool, nullptr); }
+  protected:
+    void SetUp() override {
+        pool = ipacl_mm_new(4, 16);
+        ASSERT_NE(pool, nullptr);
+    }
     void TearDown() override {
         for (void *p : live) ipacl_mm_free(pool, p, nullptr);
         EXPECT_EQ(pool->first, nullptr);
@@ -183,7 +186,8 @@ TEST_F(Pool, FailedChunkLeavesThePoolUnchanged) {
         uint32_t failing_malloc;
         const char *text;
     };
-    const Case cases[] = {{1, "no mem for data"}, {2, "no mem for bitmap"}, {3, "no mem for mem chunk"}};
+    const Case cases[] = {
+        {1, "no mem for data"}, {2, "no mem for bitmap"}, {3, "no mem for mem chunk"}};
     for (const Case &c : cases) {
         LeaksExpected leaks;
         ipacl_double::fail_malloc_after(c.failing_malloc);
@@ -244,15 +248,13 @@ TEST(MemShow, PoolDisplay) {
         "Chunk\t\t# Used\t\tUsed BitMap\n"
         "-----\t\t------\t\t-----------\n" +
         hex_addr(c1->data) + "h\t129       \t" +
-        "ff fe ff ff ff ff ff ff ff ff ff ff ff ff ff ff \n\t\t\t\t03 \n" +
-        hex_addr(c2->data) + "h\t1         \t" +
-        "01 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 \n\t\t\t\t00 \n";
+        "ff fe ff ff ff ff ff ff ff ff ff ff ff ff ff ff \n\t\t\t\t03 \n" + hex_addr(c2->data) +
+        "h\t1         \t" + "01 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 \n\t\t\t\t00 \n";
     EXPECT_EQ(testing::internal::GetCapturedStdout(), want);
     for (void *p : slots)
         if (p != slots[8]) ipacl_mm_free(pool, p, nullptr);
     EXPECT_EQ(pool->first, nullptr);
     free(pool);
-
 }
 
 TEST(MemShow, BitmapDisplay) {
@@ -267,8 +269,8 @@ TEST(MemShow, BitmapDisplay) {
     ipacl_show_bm(bm, 0, "empty");
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
               "Filter Bitmap           "
-              "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f \n" + indent +
-                  "10 11 12 13 14 15 16 17 18 19 1a 1b 1c 1d 1e 1f \n" + indent + "20 \n" +
+              "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f \n" +
+                  indent + "10 11 12 13 14 15 16 17 18 19 1a 1b 1c 1d 1e 1f \n" + indent + "20 \n" +
                   "A label longer than twe "
                   "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f \n"
                   "empty                   \n");

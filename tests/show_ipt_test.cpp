@@ -81,16 +81,26 @@ ipacl_match match(uint32_t type) {
     ipacl_match m{};
     m.type = type;
     switch (type) {
-    case IPACL_MATCH_TCP: m.info.tcp = {1024, 65535, 22, 22, 0, 0x17, 0x02, 1}; break;
-    case IPACL_MATCH_UDP: m.info.udp = {53, 53, 1, 65535, 0, 0}; break;
-    case IPACL_MATCH_ICMP: m.info.icmp = {8, 0, 255, 0}; break;
-    case IPACL_MATCH_TOS: m.info.tos = {(3 << 5) | (4 << 1), 0}; break;
-    case IPACL_MATCH_LOG:
-        m.info.log.level = 4;
-        m.info.log.log_flags = 0x03;
-        strcpy(m.info.log.prefix, "DROP: ");
-        break;
-    default: memset(m.info.raw, 0xEE, sizeof m.info.raw); break;
+        case IPACL_MATCH_TCP:
+            m.info.tcp = {1024, 65535, 22, 22, 0, 0x17, 0x02, 1};
+            break;
+        case IPACL_MATCH_UDP:
+            m.info.udp = {53, 53, 1, 65535, 0, 0};
+            break;
+        case IPACL_MATCH_ICMP:
+            m.info.icmp = {8, 0, 255, 0};
+            break;
+        case IPACL_MATCH_TOS:
+            m.info.tos = {(3 << 5) | (4 << 1), 0};
+            break;
+        case IPACL_MATCH_LOG:
+            m.info.log.level = 4;
+            m.info.log.log_flags = 0x03;
+            strcpy(m.info.log.prefix, "DROP: ");
+            break;
+        default:
+            memset(m.info.raw, 0xEE, sizeof m.info.raw);
+            break;
     }
     return m;
 }
@@ -105,7 +115,7 @@ ipacl_ipt_rule rule() {
 }
 
 class ShowIpt : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override { ipacl_double::reset(); }
 };
 
@@ -131,10 +141,12 @@ TEST_F(ShowIpt, EntryMarksInversionsAndWildcards) {
     EXPECT_NE(text.find("\nEgress Interface        lo\n"), std::string::npos) << text;
     EXPECT_NE(text.find("\nProtocol                3h[ip-proto]\n"), std::string::npos) << text;
     EXPECT_NE(text.find("\nFragment                true\n"), std::string::npos) << text;
-    EXPECT_NE(text.find("\nDestination Address     192.168.1.0 255.255.255.0\n"), std::string::npos);
-    other.flags = 0;
-    EXPECT_NE(output_of([&] { ipacl_show_ipt_entry(&other); }).find("\nFragment                -\n"),
+    EXPECT_NE(text.find("\nDestination Address     192.168.1.0 255.255.255.0\n"),
               std::string::npos);
+    other.flags = 0;
+    EXPECT_NE(
+        output_of([&] { ipacl_show_ipt_entry(&other); }).find("\nFragment                -\n"),
+        std::string::npos);
 }
 
 TEST_F(ShowIpt, MatchBlocks) {
@@ -150,12 +162,14 @@ TEST_F(ShowIpt, MatchBlocks) {
 
 TEST_F(ShowIpt, TcpFlagsInFixedOrder) {
     EXPECT_EQ(output_of([] { ipacl_show_tcp_flags("X ", 0x12, 0); }), "X ACK SYN \n");
-    EXPECT_EQ(output_of([] { ipacl_show_tcp_flags("", 0xFF, 2); }), "!URG !ACK !PSH !RST !SYN !FIN \n");
+    EXPECT_EQ(output_of([] { ipacl_show_tcp_flags("", 0xFF, 2); }),
+              "!URG !ACK !PSH !RST !SYN !FIN \n");
     EXPECT_EQ(output_of([] { ipacl_show_tcp_flags("none ", 0xC0, 0); }), "none \n");
     EXPECT_EQ(output_of([] { ipacl_show_tcp_flags(nullptr, 0x01, 0); }), "FIN \n");
     // A label longer than the line is cut, never overrun.
     const std::string label(300, 'L');
-    EXPECT_EQ(output_of([&] { ipacl_show_tcp_flags(label.c_str(), 0x3F, 1); }), std::string(255, 'L') + "\n");
+    EXPECT_EQ(output_of([&] { ipacl_show_tcp_flags(label.c_str(), 0x3F, 1); }),
+              std::string(255, 'L') + "\n");
 }
 
 TEST_F(ShowIpt, RuleShowsKnownMatchesInSlotOrder) {
@@ -169,7 +183,8 @@ Chain                   INPUT
 Rule #                  4
 Target                  ACCEPT
 )";
-    EXPECT_EQ(output_of([&] { ipacl_show_ipt_rule(&r); }), head + kEntryBlock + kTcpBlock + kUdpBlock);
+    EXPECT_EQ(output_of([&] { ipacl_show_ipt_rule(&r); }),
+              head + kEntryBlock + kTcpBlock + kUdpBlock);
 
     r.match_count = 2;
     EXPECT_EQ(output_of([&] { ipacl_show_ipt_rule(&r); }), head + kEntryBlock + kTcpBlock);
@@ -246,12 +261,12 @@ TEST_F(ShowIpt, ParameterList) {
         s.resize(10, ' ');
         return s;
     };
-    const std::string expected = "\n# Parameters = 3  (All fields in hex except Token)\n\n"
-                                 "Pointer       Token    Type    Value\n"
-                                 "----------    -----    ----    -----\n" +
-                                 pointer(&with_value) + "    7        1a      0000beef \n" +
-                                 pointer(&without_value) + "    12345    ff      \n" +
-                                 pointer(nullptr) + "\n";
+    const std::string expected =
+        "\n# Parameters = 3  (All fields in hex except Token)\n\n"
+        "Pointer       Token    Type    Value\n"
+        "----------    -----    ----    -----\n" +
+        pointer(&with_value) + "    7        1a      0000beef \n" + pointer(&without_value) +
+        "    12345    ff      \n" + pointer(nullptr) + "\n";
     EXPECT_EQ(output_of([&] { ipacl_show_p(&list); }), expected);
 
     const ipacl_param_list empty{0, nullptr};

@@ -122,7 +122,7 @@ Number Bytes            4567
 )";
 
 class Show : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         ipacl_double::reset();
         setenv("TZ", "UTC", 1);

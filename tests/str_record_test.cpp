@@ -75,7 +75,7 @@ std::string command(const ipacl_filter &f, ipacl_rc *rc = nullptr) {
 }
 
 class StrRecord : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override { ipacl_double::reset(); }
 };
 
@@ -196,7 +196,7 @@ TEST_F(StrRecord, CommandFormPrintsOnlyWhatIsSet) {
     f.dst_port_op = 0;
     f.dst_port_low = 0;
     f.dst_port_high = 0;
-    f.established = 2;   // only exactly 1 counts here
+    f.established = 2;  // only exactly 1 counts here
     f.icmp_type = 8;
     f.icmp_code = 0xFFFFFFFF;
     f.log_deny = 1;
@@ -217,10 +217,10 @@ TEST_F(StrRecord, CommandFormPortConditions) {
         const char *text;  // nullptr: no condition
     };
     const Case cases[] = {
-        {0, 0, 65535, nullptr},       {0, 0, 0, nullptr},          {0, 100, 100, "eq 100"},
-        {0, 0, 1023, "lt 1023"},      {0, 1024, 65535, "gt 1024"}, {0, 10, 30, "range 10 30"},
-        {0, 80, 80, "eq www"},        {1, 5, 1000, "lt 1000"},     {2, 1023, 9, "gt 1023"},
-        {3, 22, 9, "neq ssh"},        {4, 443, 9, "eq 443"},       {5, 20, 21, "range ftp-data ftp"},
+        {0, 0, 65535, nullptr},   {0, 0, 0, nullptr},          {0, 100, 100, "eq 100"},
+        {0, 0, 1023, "lt 1023"},  {0, 1024, 65535, "gt 1024"}, {0, 10, 30, "range 10 30"},
+        {0, 80, 80, "eq www"},    {1, 5, 1000, "lt 1000"},     {2, 1023, 9, "gt 1023"},
+        {3, 22, 9, "neq ssh"},    {4, 443, 9, "eq 443"},       {5, 20, 21, "range ftp-data ftp"},
         {6, 1, 2, "6h[port-op]"},
     };
     for (const Case &c : cases) {
@@ -264,7 +264,8 @@ TEST_F(StrRecord, CommandFormNeverWritesPastItsSize) {
         for (size_t i = static_cast<size_t>(size); i < static_cast<size_t>(size) + kGuard; ++i)
             ASSERT_EQ(static_cast<uint8_t>(area[i]), 0xA5) << "size " << size << " byte " << i;
         // A last part that fills the space exactly still counts as written.
-        EXPECT_EQ(rc, size >= static_cast<int32_t>(full.size()) ? IPACL_OK : IPACL_E_NO_MEM) << size;
+        EXPECT_EQ(rc, size >= static_cast<int32_t>(full.size()) ? IPACL_OK : IPACL_E_NO_MEM)
+            << size;
         EXPECT_EQ(std::string(area), full.substr(0, static_cast<size_t>(size) - 1)) << size;
     }
 }

@@ -171,8 +171,9 @@ TEST_F(StrScalar, UnknownIpv4FormatIsReportedAndPrintsQuestionMarks) {
     platform().subtype_check_rc = 0;
     EXPECT_EQ(inet(-3, 0, v4(10, 0, 0, 0, 8)), "???");
     ASSERT_EQ(platform().hist_events.size(), 1u);
-    EXPECT_EQ(std::string(reinterpret_cast<const char *>(platform().hist_events[0].record.data()) + 4),
-              "impossible prefix format in ipacl_str_inet_addr(): -3\n");
+    EXPECT_EQ(
+        std::string(reinterpret_cast<const char *>(platform().hist_events[0].record.data()) + 4),
+        "impossible prefix format in ipacl_str_inet_addr(): -3\n");
 }
 
 TEST_F(StrScalar, ClockTexts) {
@@ -196,7 +197,10 @@ TEST_F(StrScalar, DateWithoutNewline) {
     time_t later = 1700000000;
     ipacl_str_date(&later, buf);
     EXPECT_STREQ(buf, "Tue Nov 14 22:13:20 2023");
-    if (old_tz) setenv("TZ", saved.c_str(), 1); else unsetenv("TZ");
+    if (old_tz)
+        setenv("TZ", saved.c_str(), 1);
+    else
+        unsetenv("TZ");
     tzset();
 }
 

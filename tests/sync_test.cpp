@@ -112,10 +112,20 @@ TEST(Next, NamesStepOneCharacterOrByValue) {
     EXPECT_EQ(next_prof("~bc"), "~cc");
     EXPECT_EQ(next_prof("a"), "b");
     EXPECT_EQ(next_prof("Z9"), "[9");
-    EXPECT_EQ(next_prof("\x1f" "a"), " a");  // control characters rise to a blank
-    EXPECT_EQ(next_prof("\x7f" "a"), "\x7f" "b");
-    EXPECT_EQ(next_prof("\xff" "a"), " a");   // 0xFF wraps to the first printable
-    EXPECT_EQ(next_prof("\x80\xfe" "a"), "\x80\xfe" "b");
+    EXPECT_EQ(next_prof("\x1f"
+                        "a"),
+              " a");  // control characters rise to a blank
+    EXPECT_EQ(next_prof("\x7f"
+                        "a"),
+              "\x7f"
+              "b");
+    EXPECT_EQ(next_prof("\xff"
+                        "a"),
+              " a");  // 0xFF wraps to the first printable
+    EXPECT_EQ(next_prof("\x80\xfe"
+                        "a"),
+              "\x80\xfe"
+              "b");
     EXPECT_EQ(next_prof("~~~"), "FAIL(~~~)");
     EXPECT_EQ(next_prof("~\x7f\x90"), "FAIL(~\x7f\x90)");
 

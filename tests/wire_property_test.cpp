@@ -39,7 +39,7 @@ struct Sample {
 };
 
 class Builder {
-public:
+  public:
     explicit Builder(Rng &rng) : rng_(rng) {}
 
     void size(size_t n) {
@@ -79,7 +79,7 @@ public:
     uint32_t count() { return pick({0, 1, 2, 3}); }
     Sample take() { return std::move(s_); }
 
-private:
+  private:
     Rng &rng_;
     Sample s_;
 };
@@ -133,12 +133,23 @@ void match(Builder &b, size_t at) {
     b.u32(at, type);
     size_t info = at + 4;
     switch (type) {
-    case 1: b.keep(info + 12, 20); break;
-    case 2: b.keep(info + 9, 23); break;
-    case 3: b.keep(info + 4, 28); break;
-    case 9: b.keep(info + 2, 30); break;
-    case 10: b.text(info + 2, 30); break;
-    default: b.keep(info, 32);
+        case 1:
+            b.keep(info + 12, 20);
+            break;
+        case 2:
+            b.keep(info + 9, 23);
+            break;
+        case 3:
+            b.keep(info + 4, 28);
+            break;
+        case 9:
+            b.keep(info + 2, 30);
+            break;
+        case 10:
+            b.text(info + 2, 30);
+            break;
+        default:
+            b.keep(info, 32);
     }
 }
 void ipt_rule(Builder &b, size_t at) {
@@ -157,13 +168,18 @@ void cfm(Builder &b, size_t at) {
     uint32_t type = b.pick({1, 2, 3, 0, 4});
     b.u32(at, type);
     switch (type) {
-    case 1: b.keep(at + 16, 64); break;
-    case 2: b.text(at + 8, 68); break;
-    case 3:
-        b.text(at + 8, 68);
-        b.keep(at + 76, 4);
-        break;
-    default: b.keep(at + 8, 72);
+        case 1:
+            b.keep(at + 16, 64);
+            break;
+        case 2:
+            b.text(at + 8, 68);
+            break;
+        case 3:
+            b.text(at + 8, 68);
+            b.keep(at + 76, 4);
+            break;
+        default:
+            b.keep(at + 8, 72);
     }
 }
 
@@ -211,19 +227,27 @@ struct Kind {
     bool hton_writes_source = false;  // the profile-info asymmetry
 };
 
-#define CONV(dir, stem) \
-    [](void *s, void *d) { ipacl_##dir##_##stem(static_cast<ipacl_##stem *>(s), static_cast<ipacl_##stem *>(d)); }
+#define CONV(dir, stem)                                                                       \
+    [](void *s, void *d) {                                                                    \
+        ipacl_##dir##_##stem(static_cast<ipacl_##stem *>(s), static_cast<ipacl_##stem *>(d)); \
+    }
 #define PAIR(stem) CONV(hton, stem), CONV(ntoh, stem)
 // A fixed record of `size` bytes.
-#define FIXED(stem, bytes, describe) \
-    {#stem, [](Builder &b) { b.size(bytes); describe(b, 0); }, PAIR(stem)}
+#define FIXED(stem, bytes, describe)                                 \
+    {                                                                \
+#stem, [](Builder &b) { b.size(bytes); describe(b, 0); }, PAIR(stem) \
+    }
 // A fixed record of `bytes` with `describe` at `at`.
-#define HOLDS(stem, bytes, describe, at) \
-    {#stem, [](Builder &b) { b.size(bytes); describe(b, at); }, PAIR(stem)}
+#define HOLDS(stem, bytes, describe, at)                              \
+    {                                                                 \
+#stem, [](Builder &b) { b.size(bytes); describe(b, at); }, PAIR(stem) \
+    }
 // A counted array after a fixed part of `bytes`.
-#define COUNTED(stem, bytes, fixed, count_at, first, elem_size, elem) \
-    {#stem, [](Builder &b) { b.size(bytes); fixed(b, 8); counted(b, count_at, first, elem_size, elem); }, \
-     PAIR(stem)}
+#define COUNTED(stem, bytes, fixed, count_at, first, elem_size, elem)                                  \
+    {                                                                                                  \
+#stem, [](Builder &b) { b.size(bytes); fixed(b, 8); counted(b, count_at, first, elem_size, elem); }, \
+     PAIR(stem) \
+    }
 
 std::vector<Kind> kinds() {
     return {
@@ -234,7 +258,12 @@ std::vector<Kind> kinds() {
         FIXED(data_key, 80, filter_key),
         FIXED(group_key, 16, plain),
         FIXED(prof, 80, prof),
-        {"prof_info", [](Builder &b) { b.size(84); prof_info(b, 0); }, PAIR(prof_info), true},
+        {"prof_info",
+         [](Builder &b) {
+             b.size(84);
+             prof_info(b, 0);
+         },
+         PAIR(prof_info), true},
         FIXED(if_prof, 84, if_prof),
         FIXED(filter, 238, filter),
         FIXED(data, 290, data),
@@ -248,10 +277,24 @@ std::vector<Kind> kinds() {
         FIXED(list_use, 84, prof),
         FIXED(mem_use, 12, plain),
         FIXED(ha, 24, plain),
-        {"port_if_created_info", [](Builder &b) { b.size(9); }, {},
+        {"port_if_created_info",
+         [](Builder &b) { b.size(9); },
+         {},
          CONV(ntoh, port_if_created_info)},
-        {"vni_if_chg", [](Builder &b) { b.size(8); b.tail_text(8); }, {}, CONV(ntoh, vni_if_chg)},
-        {"avm_if_chg", [](Builder &b) { b.size(8); b.tail_text(8); }, {}, CONV(ntoh, avm_if_chg)},
+        {"vni_if_chg",
+         [](Builder &b) {
+             b.size(8);
+             b.tail_text(8);
+         },
+         {},
+         CONV(ntoh, vni_if_chg)},
+        {"avm_if_chg",
+         [](Builder &b) {
+             b.size(8);
+             b.tail_text(8);
+         },
+         {},
+         CONV(ntoh, avm_if_chg)},
 
         FIXED(ipt_entry, 112, plain),
         FIXED(ipt_chain, 74, ipt_chain),
@@ -259,29 +302,61 @@ std::vector<Kind> kinds() {
         FIXED(ipt_rule, 290, ipt_rule),
         FIXED(match, 36, match),
         FIXED(ipt_tcp, 12, plain),
-        {"ipt_udp", [](Builder &b) { b.size(10); b.keep(9, 1); }, PAIR(ipt_udp)},
+        {"ipt_udp",
+         [](Builder &b) {
+             b.size(10);
+             b.keep(9, 1);
+         },
+         PAIR(ipt_udp)},
         FIXED(ipt_icmp, 4, plain),
         FIXED(ipt_tos, 2, plain),
-        {"ipt_log", [](Builder &b) { b.size(32); b.text(2, 30); }, PAIR(ipt_log)},
-        {"ipt_req", [](Builder &b) { b.size(48); b.text(8, 32); }, PAIR(ipt_req)},
+        {"ipt_log",
+         [](Builder &b) {
+             b.size(32);
+             b.text(2, 30);
+         },
+         PAIR(ipt_log)},
+        {"ipt_req",
+         [](Builder &b) {
+             b.size(48);
+             b.text(8, 32);
+         },
+         PAIR(ipt_req)},
         // Flag bits, first match wins: chain rows, then rules, then summaries.
         {"ipt_rsp",
          [](Builder &b) {
              typed(b, 12,
-                   {{1, 74, ipt_chain}, {2, 74, ipt_chain}, {3, 74, ipt_chain},
-                    {19, 74, ipt_chain}, {16, 146, rule_info}, {32, 290, ipt_rule},
+                   {{1, 74, ipt_chain},
+                    {2, 74, ipt_chain},
+                    {3, 74, ipt_chain},
+                    {19, 74, ipt_chain},
+                    {16, 146, rule_info},
+                    {32, 290, ipt_rule},
                     {48, 290, ipt_rule}},
                    {0, 256, 512});
          },
          PAIR(ipt_rsp)},
 
-        {"access_req", [](Builder &b) { b.size(92); b.text(12, 68); }, PAIR(access_req)},
+        {"access_req",
+         [](Builder &b) {
+             b.size(92);
+             b.text(12, 68);
+         },
+         PAIR(access_req)},
         {"access_rsp",
          [](Builder &b) {
              typed(b, 8,
-                   {{1, 290, data}, {2, 148, data_info}, {3, 80, filter_key}, {4, 160, group},
-                    {5, 92, if_prof}, {6, 16, plain}, {7, 40, intf}, {8, 32, intf_info},
-                    {9, 1204, list}, {10, 76, prof_key}, {11, 32, mgmt}},
+                   {{1, 290, data},
+                    {2, 148, data_info},
+                    {3, 80, filter_key},
+                    {4, 160, group},
+                    {5, 92, if_prof},
+                    {6, 16, plain},
+                    {7, 40, intf},
+                    {8, 32, intf_info},
+                    {9, 1204, list},
+                    {10, 76, prof_key},
+                    {11, 32, mgmt}},
                    {0, 12, 0x01000000});
          },
          PAIR(access_rsp)},
@@ -303,17 +378,38 @@ std::vector<Kind> kinds() {
         HOLDS(filter_sync, 246, filter, 8),
         COUNTED(prof_sync_op, 92, prof, 88, 92, 72, filter_key),
         {"if_prof_sync_op",
-         [](Builder &b) { b.size(96); if_prof(b, 8); counted(b, 92, 96, 84, prof_info); },
+         [](Builder &b) {
+             b.size(96);
+             if_prof(b, 8);
+             counted(b, 92, 96, 84, prof_info);
+         },
          PAIR(if_prof_sync_op), true},
         COUNTED(filter_sync_op, 250, filter, 246, 250, 72, filter_key),
-        {"use_req", [](Builder &b) { b.size(4); b.tail_text(4); }, PAIR(use_req)},
+        {"use_req",
+         [](Builder &b) {
+             b.size(4);
+             b.tail_text(4);
+         },
+         PAIR(use_req)},
         COUNTED(use_rsp, 4, plain, 0, 4, 84, prof),
         FIXED(in_req, 8, plain),
         {"in_rsp",
-         [](Builder &b) { typed(b, 8, {{1, 24, plain}, {2, 12, plain}}, {0, 3, 0x02000000}); },
+         [](Builder &b) {
+             typed(b, 8, {{1, 24, plain}, {2, 12, plain}}, {0, 3, 0x02000000});
+         },
          PAIR(in_rsp)},
-        {"test_req", [](Builder &b) { b.size(48); b.keep(0, 4); }, PAIR(test_req)},
-        {"test_rsp", [](Builder &b) { b.size(12); b.keep(0, 4); }, PAIR(test_rsp)},
+        {"test_req",
+         [](Builder &b) {
+             b.size(48);
+             b.keep(0, 4);
+         },
+         PAIR(test_req)},
+        {"test_rsp",
+         [](Builder &b) {
+             b.size(12);
+             b.keep(0, 4);
+         },
+         PAIR(test_rsp)},
         FIXED(quen, 112, plain),
     };
 }

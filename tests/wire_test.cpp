@@ -69,29 +69,43 @@ ipacl_filter sample_filter() {
 }
 
 const Bytes kFilterWire = cat({
-    {'a', 'c', 'l', '-', '1', 0}, fill(62, 0),                  // 0 prof_name
-    {0x00, 0x00, 0x00, 0x0a}, {0x01, 0x02, 0x03, 0x04},        // 68 filter_index, order
-    {0x00, 0x00, 0x00, 0x02}, {0x00, 0x00, 0x00, 0x01},        // 76 action, addr_type
-    {0xaa, 0xbb, 0xcc, 0xdd}, {0x00, 0x00, 0x00, 0xff},        // 84 src word, wildcard
-    {0x11, 0x22, 0x33, 0x44}, {0x00, 0x00, 0xff, 0xff},        // 92 dst word, wildcard
-    {0x00, 0x00, 0x00, 0x06},                                  // 100 protocol
-    {0x00, 0x00, 0x04, 0x00}, {0x00, 0x00, 0xff, 0xff},        // 104 src ports
-    {0x00, 0x00, 0x00, 0x50}, {0x00, 0x00, 0x00, 0x50},        // 112 dst ports
-    {0x00, 0x00, 0x00, 0x01},                                  // 120 established
-    {0xff, 0xff, 0xff, 0xff}, {0xff, 0xff, 0xff, 0xff},        // 124 icmp type, code
-    {0xff, 0xff, 0xff, 0xff}, {0xff, 0xff, 0xff, 0xff},        // 132 precedence, tos
-    {0x00, 0x00, 0x00, 0x00}, {0x00, 0x00, 0x00, 0x00},        // 140 log_deny, fragments
-    {0x00, 0x00, 0x00, 0x01},                                  // 148 snmp_status
-    {0x00, 0x00, 0x00, 0x05}, {0x00, 0x00, 0x00, 0x04},        // 152 port ops
-    {0x00, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00, 0x02},          // 160 packets
-    {0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x05},          // 168 bytes
-    {0x00, 0x00, 0x00, 0x01},                                  // 176 src family
-    {192, 168, 1, 0, 0xe1, 0xe2}, fill(10, 0),                 // 180 src address
-    {0x00, 0x00, 0x00, 0x18},                                  // 196 src prefix
-    {0x00, 0x00, 0x00, 0x02},                                  // 200 dst family
-    {0x20, 0x01, 0x0d, 0xb8}, fill(11, 0), {0x01},             // 204 dst address
-    {0x00, 0x00, 0x00, 0x40},                                  // 220 dst prefix
-    fill(14, 0),                                               // 224 tail: untouched
+    {'a', 'c', 'l', '-', '1', 0},
+    fill(62, 0),  // 0 prof_name
+    {0x00, 0x00, 0x00, 0x0a},
+    {0x01, 0x02, 0x03, 0x04},  // 68 filter_index, order
+    {0x00, 0x00, 0x00, 0x02},
+    {0x00, 0x00, 0x00, 0x01},  // 76 action, addr_type
+    {0xaa, 0xbb, 0xcc, 0xdd},
+    {0x00, 0x00, 0x00, 0xff},  // 84 src word, wildcard
+    {0x11, 0x22, 0x33, 0x44},
+    {0x00, 0x00, 0xff, 0xff},  // 92 dst word, wildcard
+    {0x00, 0x00, 0x00, 0x06},  // 100 protocol
+    {0x00, 0x00, 0x04, 0x00},
+    {0x00, 0x00, 0xff, 0xff},  // 104 src ports
+    {0x00, 0x00, 0x00, 0x50},
+    {0x00, 0x00, 0x00, 0x50},  // 112 dst ports
+    {0x00, 0x00, 0x00, 0x01},  // 120 established
+    {0xff, 0xff, 0xff, 0xff},
+    {0xff, 0xff, 0xff, 0xff},  // 124 icmp type, code
+    {0xff, 0xff, 0xff, 0xff},
+    {0xff, 0xff, 0xff, 0xff},  // 132 precedence, tos
+    {0x00, 0x00, 0x00, 0x00},
+    {0x00, 0x00, 0x00, 0x00},  // 140 log_deny, fragments
+    {0x00, 0x00, 0x00, 0x01},  // 148 snmp_status
+    {0x00, 0x00, 0x00, 0x05},
+    {0x00, 0x00, 0x00, 0x04},                          // 152 port ops
+    {0x00, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00, 0x02},  // 160 packets
+    {0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x05},  // 168 bytes
+    {0x00, 0x00, 0x00, 0x01},                          // 176 src family
+    {192, 168, 1, 0, 0xe1, 0xe2},
+    fill(10, 0),               // 180 src address
+    {0x00, 0x00, 0x00, 0x18},  // 196 src prefix
+    {0x00, 0x00, 0x00, 0x02},  // 200 dst family
+    {0x20, 0x01, 0x0d, 0xb8},
+    fill(11, 0),
+    {0x01},                    // 204 dst address
+    {0x00, 0x00, 0x00, 0x40},  // 220 dst prefix
+    fill(14, 0),               // 224 tail: untouched
 });
 
 TEST(WireGolden, Filter) {
@@ -145,14 +159,19 @@ TEST(WireGolden, ProfileResponseInPlace) {
     const Bytes host = msg;
 
     const Bytes wire = cat({
-        {0x00, 0x00, 0x00, 0x02},                              // 0 count
-        {0x00, 0x00, 0x00, 0x07}, {0x01, 0x00, 0x00, 0x00},    // 4 header words
-        {'p', '1', 0}, fill(65, 0),                            // 12 name
-        {0x00, 0x00, 0x00, 0x02}, {0x00, 0x00, 0x00, 0x1e},    // 80 type, last index
-        {0x00, 0x00, 0x00, 0x01},                              // 88 status
-        {'i', 'p', 'v', '6', '-', 'l', 'i', 's', 't', 0}, fill(58, 0),  // 92 name
-        {0x00, 0x00, 0x00, 0x03}, {0x00, 0x00, 0x01, 0x00},    // 160 type, last index
-        {0x00, 0x00, 0x00, 0x06},                              // 168 status
+        {0x00, 0x00, 0x00, 0x02},  // 0 count
+        {0x00, 0x00, 0x00, 0x07},
+        {0x01, 0x00, 0x00, 0x00},  // 4 header words
+        {'p', '1', 0},
+        fill(65, 0),  // 12 name
+        {0x00, 0x00, 0x00, 0x02},
+        {0x00, 0x00, 0x00, 0x1e},  // 80 type, last index
+        {0x00, 0x00, 0x00, 0x01},  // 88 status
+        {'i', 'p', 'v', '6', '-', 'l', 'i', 's', 't', 0},
+        fill(58, 0),  // 92 name
+        {0x00, 0x00, 0x00, 0x03},
+        {0x00, 0x00, 0x01, 0x00},  // 160 type, last index
+        {0x00, 0x00, 0x00, 0x06},  // 168 status
     });
     ipacl_hton_prof_rsp(rsp, rsp);
     EXPECT_EQ(msg, wire);
@@ -193,27 +212,38 @@ TEST(WireGolden, IptablesRule) {
     rule.matches[2].type = IPACL_MATCH_TCP;  // beyond match_count: untouched
 
     const Bytes wire = cat({
-        {'I', 'N', 'P', 'U', 'T', 0}, fill(26, 0),               // 0 chain
-        {0x00, 0x00, 0x00, 0x03},                                // 32 rule number
-        {192, 168, 1, 1, 10, 0, 0, 1},                           // 36 entry: src, dst
-        {255, 255, 255, 255, 255, 255, 255, 0},                  // 44 masks
-        {'e', 't', 'h', '0'}, fill(12, 0), fill(16, 0),          // 52 in, out
-        fill(5, 0xff), fill(11, 0), fill(16, 0),                 // 84 interface masks
-        {0x00, 0x06}, {0x01}, {0x02},                            // 116 proto, flags
-        {0x00, 0x00, 0x00, 0x10},                                // 120 nfcache
-        {0x00, 0x98}, {0x01, 0x28},                              // 124 target, next offset
-        {0x00, 0x00, 0x00, 0x20},                                // 128 comefrom
-        {0, 0, 0, 0, 0, 0, 0, 0x01},                             // 132 packets
-        {0, 0, 0, 0, 0, 0, 0x12, 0x34},                          // 140 bytes
-        {'A', 'C', 'C', 'E', 'P', 'T', 0}, fill(23, 0),          // 148 target
-        {0x00, 0x00, 0x00, 0x02},                                // 178 match_count
-        {0x00, 0x00, 0x00, 0x01},                                // 182 tcp match
-        {0x04, 0x00, 0xff, 0xff, 0x00, 0x16, 0x00, 0x16},        //   ports
-        {0x00, 0x17, 0x02, 0x00}, fill(20, 0),                   //   flags, spare
-        {0x00, 0x00, 0x00, 0x0a},                                // 218 log match
-        {0x04, 0x01},                                            //   level, flags
-        {'a', 'c', 'l', '-', 'd', 'r', 'o', 'p', ':', ' ', 0}, fill(19, 0),  // prefix
-        fill(36, 0),                                             // 254 third slot
+        {'I', 'N', 'P', 'U', 'T', 0},
+        fill(26, 0),                             // 0 chain
+        {0x00, 0x00, 0x00, 0x03},                // 32 rule number
+        {192, 168, 1, 1, 10, 0, 0, 1},           // 36 entry: src, dst
+        {255, 255, 255, 255, 255, 255, 255, 0},  // 44 masks
+        {'e', 't', 'h', '0'},
+        fill(12, 0),
+        fill(16, 0),  // 52 in, out
+        fill(5, 0xff),
+        fill(11, 0),
+        fill(16, 0),  // 84 interface masks
+        {0x00, 0x06},
+        {0x01},
+        {0x02},                    // 116 proto, flags
+        {0x00, 0x00, 0x00, 0x10},  // 120 nfcache
+        {0x00, 0x98},
+        {0x01, 0x28},                    // 124 target, next offset
+        {0x00, 0x00, 0x00, 0x20},        // 128 comefrom
+        {0, 0, 0, 0, 0, 0, 0, 0x01},     // 132 packets
+        {0, 0, 0, 0, 0, 0, 0x12, 0x34},  // 140 bytes
+        {'A', 'C', 'C', 'E', 'P', 'T', 0},
+        fill(23, 0),                                       // 148 target
+        {0x00, 0x00, 0x00, 0x02},                          // 178 match_count
+        {0x00, 0x00, 0x00, 0x01},                          // 182 tcp match
+        {0x04, 0x00, 0xff, 0xff, 0x00, 0x16, 0x00, 0x16},  //   ports
+        {0x00, 0x17, 0x02, 0x00},
+        fill(20, 0),               //   flags, spare
+        {0x00, 0x00, 0x00, 0x0a},  // 218 log match
+        {0x04, 0x01},              //   level, flags
+        {'a', 'c', 'l', '-', 'd', 'r', 'o', 'p', ':', ' ', 0},
+        fill(19, 0),  // prefix
+        fill(36, 0),  // 254 third slot
     });
     ASSERT_EQ(wire.size(), 290u);
 
@@ -334,7 +364,8 @@ TEST(WireQuirks, IptablesResponseFlags) {
     auto *rsp = reinterpret_cast<ipacl_ipt_rsp *>(msg.data());
     ipacl_hton_ipt_rsp(rsp, rsp);
     for (size_t row : {12u, 86u})
-        EXPECT_EQ(Bytes(msg.begin() + row + 66, msg.begin() + row + 74), Bytes({0, 0, 0, 0, 0, 0, 0, 1}));
+        EXPECT_EQ(Bytes(msg.begin() + row + 66, msg.begin() + row + 74),
+                  Bytes({0, 0, 0, 0, 0, 0, 0, 1}));
 
     // Flags 48 are read as full rules (match_count at 178), not summaries.
     Bytes rules = cat({{1, 0, 0, 0, 48, 0, 0, 0}, fill(4 + 290, 0)});

@@ -18,7 +18,7 @@ using Bytes = std::vector<uint8_t>;
 using ipacl_double::platform;
 
 class WrapQuen : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override { ipacl_double::reset(); }
     void TearDown() override { ipacl_double::fail_malloc_after(0); }
 
@@ -165,8 +165,8 @@ TEST_F(WrapQuen, RequestCarriesTheTextsAndUnpacksTheAnswer) {
     EXPECT_EQ(slice(call.payload, 52, 60), text_field("second text", 60));
     EXPECT_EQ(slice(call.payload, 112, 2), (Bytes{0xa0, 0xa1}));
     EXPECT_EQ(Bytes(req.handle, req.handle + 28),
-              (Bytes{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-                     0xee, 0xee, 0xee}));
+              (Bytes{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,    0,    0,
+                     0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xee, 0xee, 0xee}));
 
     ASSERT_EQ(platform().token_gets.size(), 1u);
     EXPECT_EQ(platform().token_gets[0], static_cast<void *>(req.handle));

@@ -17,7 +17,7 @@ using Bytes = std::vector<uint8_t>;
 using ipacl_double::platform;
 
 class WrapVel : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override { ipacl_double::reset(); }
 
     // Makes the next vel_send fail with `code` in errno.
@@ -129,8 +129,8 @@ TEST_F(WrapVel, RequestWaitsForTheAnswerCarryingItsToken) {
     // The first 25 bytes of the request's handle area were cleared; the
     // last three are left alone.
     EXPECT_EQ(Bytes(req.handle, req.handle + 28),
-              (Bytes{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-                     0xaa, 0xaa, 0xaa}));
+              (Bytes{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,    0,    0,
+                     0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xaa, 0xaa, 0xaa}));
 
     // Its token is read and its handle area released before the receive.
     ASSERT_EQ(platform().token_gets.size(), 1u);

@@ -40,8 +40,7 @@ IPACL_API ipacl_rc ipacl_bm_next_set(const uint8_t *bitmap, uint32_t size, uint3
 
 /* Takes the lowest clear bit at or after `start`: sets it and stores it in
  * *bit.  IPACL_E_FAIL with *bit = 0 when every bit is set. */
-IPACL_API ipacl_rc ipacl_bm_next_clr(uint8_t *bitmap, uint32_t size, uint32_t start,
-                                     uint32_t *bit);
+IPACL_API ipacl_rc ipacl_bm_next_clr(uint8_t *bitmap, uint32_t size, uint32_t start, uint32_t *bit);
 
 /* Number of set bits in the first `size` bytes. */
 IPACL_API uint32_t ipacl_bm_count(const uint8_t *bitmap, uint32_t size);

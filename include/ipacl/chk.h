@@ -26,7 +26,7 @@
 IPACL_BEGIN_DECLS
 
 /* Largest lengths of the names checked. */
-#define IPACL_NAME_MAX_LEN       64u
+#define IPACL_NAME_MAX_LEN 64u
 #define IPACL_CHAIN_NAME_MAX_LEN 31u
 
 /* Port labels that the record chains pass to the port checks. */
@@ -50,8 +50,7 @@ IPACL_API uint32_t ipacl_chk_prec_tos(uint32_t prec, uint32_t tos, char *err);
 
 /* Ports below 65536, low not above high.  Messages only with a `label`
  * (such as IPACL_LABEL_SRC_PORT): without one the code comes with no text. */
-IPACL_API uint32_t ipacl_chk_port_num(uint32_t low, uint32_t high, const char *label,
-                                      char *err);
+IPACL_API uint32_t ipacl_chk_port_num(uint32_t low, uint32_t high, const char *label, char *err);
 
 /* The port operation against the protocol and the range: TCP and UDP take
  * every operation (lt needs low 0, gt high 65535, eq and neq low = high);

@@ -69,8 +69,7 @@ IPACL_API ipacl_cmp_result ipacl_cmp_eq_proto(uint32_t a, uint32_t b, uint32_t f
 /* Same match: profile name (case ignored), prefixes, action, protocol, ports,
  * flags, ICMP, precedence, tos and fragments.  Index, order, log-deny, row
  * status, port operations, counters and wildcard words are not compared. */
-IPACL_API ipacl_cmp_result ipacl_cmp_eq_filter_field(const ipacl_filter *a,
-                                                     const ipacl_filter *b);
+IPACL_API ipacl_cmp_result ipacl_cmp_eq_filter_field(const ipacl_filter *a, const ipacl_filter *b);
 
 /* 1 when the prefix stands for any address (length 0, address all zero);
  * an unknown family answers 1 and is reported to the debug history/log. */

@@ -26,8 +26,7 @@
 
 /* Layout checks: every wire record keeps its size and field offsets on every
  * build (x86_64 and i386 alike). */
-#define IPACL_CHECK_SIZE(type, size) \
-    IPACL_STATIC_ASSERT(sizeof(type) == (size), "size of " #type)
+#define IPACL_CHECK_SIZE(type, size) IPACL_STATIC_ASSERT(sizeof(type) == (size), "size of " #type)
 #define IPACL_CHECK_OFF(type, field, off) \
     IPACL_STATIC_ASSERT(offsetof(type, field) == (off), "offset of " #type "." #field)
 

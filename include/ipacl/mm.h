@@ -16,17 +16,17 @@ IPACL_BEGIN_DECLS
  * none has any.  A free releases at most one emptied chunk. */
 
 typedef struct ipacl_mm_chunk {
-    uint32_t used;                 /* slots in use */
-    uint8_t *data;                 /* count * slot_size bytes; slot i at data + i * slot_size */
-    uint8_t *bitmap;               /* bm_size bytes */
-    struct ipacl_mm_chunk *next;   /* NULL for the last chunk */
+    uint32_t used;               /* slots in use */
+    uint8_t *data;               /* count * slot_size bytes; slot i at data + i * slot_size */
+    uint8_t *bitmap;             /* bm_size bytes */
+    struct ipacl_mm_chunk *next; /* NULL for the last chunk */
 } ipacl_mm_chunk;
 
 typedef struct ipacl_mm {
-    uint32_t count;                /* slots per chunk */
-    uint32_t slot_size;            /* bytes per slot */
-    uint32_t bm_size;              /* (count + 7) / 8 */
-    ipacl_mm_chunk *first;         /* NULL while the pool is empty */
+    uint32_t count;        /* slots per chunk */
+    uint32_t slot_size;    /* bytes per slot */
+    uint32_t bm_size;      /* (count + 7) / 8 */
+    ipacl_mm_chunk *first; /* NULL while the pool is empty */
 } ipacl_mm;
 
 /* A new, empty pool, or NULL when the descriptor cannot be allocated.  The

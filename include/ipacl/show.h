@@ -77,15 +77,15 @@ IPACL_API void ipacl_show_ha(uint32_t flag, const ipacl_ha *ha);
  * holds real pointers and never travels, so it is a plain C struct, not a
  * packed wire record. */
 typedef struct ipacl_param {
-    uint32_t    token;      /* printed in decimal */
-    uint32_t    type;       /* printed in hexadecimal */
-    const void *value;      /* its first 32-bit word is printed in hex; may be NULL */
+    uint32_t token;    /* printed in decimal */
+    uint32_t type;     /* printed in hexadecimal */
+    const void *value; /* its first 32-bit word is printed in hex; may be NULL */
 } ipacl_param;
 
 typedef struct ipacl_param_list {
-    uint8_t             count;   /* number of pointers in `params` */
-    ipacl_param *const *params;  /* `count` parameters in order; NULL entries
-                                    print their pointer only */
+    uint8_t count;              /* number of pointers in `params` */
+    ipacl_param *const *params; /* `count` parameters in order; NULL entries
+                                   print their pointer only */
 } ipacl_param_list;
 
 /* "# Parameters = <count>", then one row a parameter: its address, token,

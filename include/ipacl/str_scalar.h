@@ -23,8 +23,8 @@ IPACL_API uint32_t ipacl_str_addr(uint32_t addr, char *dst);
 IPACL_API uint32_t ipacl_str_mask(uint32_t mask, char *dst);
 
 /* Formats of ipacl_str_inet_addr. */
-#define IPACL_INET_FORMAT_WILDCARD 0  /* IPv4 "address wildcard-mask" */
-#define IPACL_INET_FORMAT_PREFIX   1  /* "address/length" */
+#define IPACL_INET_FORMAT_WILDCARD 0 /* IPv4 "address wildcard-mask" */
+#define IPACL_INET_FORMAT_PREFIX 1   /* "address/length" */
 
 /* A prefix as text, every write bounded by `size`; returns `dst`.
  * With `any_ok` non-zero an "any" prefix (is_prefix_any) prints "any".
@@ -32,9 +32,8 @@ IPACL_API uint32_t ipacl_str_mask(uint32_t mask, char *dst);
  * format "???" (and a report to the debug history and debug log).
  * IPv6: "address/length" whatever the format.  Other families:
  * "unknown(<family>)". */
-IPACL_API char *ipacl_str_inet_addr(int32_t format, uint32_t any_ok,
-                                    const ipacl_inet_addr *prefix, char *dst,
-                                    uint32_t size);
+IPACL_API char *ipacl_str_inet_addr(int32_t format, uint32_t any_ok, const ipacl_inet_addr *prefix,
+                                    char *dst, uint32_t size);
 
 /* "no-if" for IPACL_IF_INDEX_NONE (0), else the platform's name of the
  * interface (snprintf_if_index with size 40) and its result. */

@@ -18,36 +18,36 @@
 IPACL_BEGIN_DECLS
 
 /* Destination node word of every send. */
-#define IPACL_VEL_NODE            0xfe000000u
+#define IPACL_VEL_NODE 0xfe000000u
 /* Destination services: the ACL manager for requests; none for standby
  * updates and responses. */
-#define IPACL_VEL_SERVICE_ACL     98u
-#define IPACL_VEL_SERVICE_NONE    0u
+#define IPACL_VEL_SERVICE_ACL 98u
+#define IPACL_VEL_SERVICE_NONE 0u
 /* Size of the platform's message handle area, and how much of it is cleared
  * before a request-response exchange. */
-#define IPACL_VEL_HANDLE_SIZE     28
-#define IPACL_VEL_HANDLE_CLEARED  25
+#define IPACL_VEL_HANDLE_SIZE 28
+#define IPACL_VEL_HANDLE_CLEARED 25
 /* Wait limit of the receive that waits for an answer. */
-#define IPACL_VEL_WAIT_LIMIT      10u
+#define IPACL_VEL_WAIT_LIMIT 10u
 
 /* Message descriptor, owned by the caller.  For a request-response exchange
  * the platform fills `handle` on sending; for a received answer it holds the
  * message until the caller releases it with vel_drop(). */
 typedef struct ipacl_vel_msg {
     uint32_t opcode;
-    uint8_t  handle[IPACL_VEL_HANDLE_SIZE];  /* the platform's message handle area */
-    void    *payload;                        /* not owned by the descriptor */
-    uint32_t size;                           /* payload bytes */
+    uint8_t handle[IPACL_VEL_HANDLE_SIZE]; /* the platform's message handle area */
+    void *payload;                         /* not owned by the descriptor */
+    uint32_t size;                         /* payload bytes */
 } ipacl_vel_msg;
 
 /* Request descriptor of the envelope: an ipacl_vel_msg followed by the two
  * texts carried in the envelope header (each may be NULL; at most 39 and 59
  * characters). */
 typedef struct ipacl_quen_desc {
-    uint32_t    opcode;
-    uint8_t     handle[IPACL_VEL_HANDLE_SIZE];
-    void       *payload;
-    uint32_t    size;
+    uint32_t opcode;
+    uint8_t handle[IPACL_VEL_HANDLE_SIZE];
+    void *payload;
+    uint32_t size;
     const char *text1;
     const char *text2;
 } ipacl_quen_desc;
@@ -55,19 +55,19 @@ typedef struct ipacl_quen_desc {
 /* Receive options that the request-response wrappers hand to vel_recv():
  * wait for the answer that carries `token`, within `wait_limit`. */
 typedef struct ipacl_vel_rcv_opts {
-    uint32_t mode;          /* always 1 */
-    uint32_t word1;         /* 0 */
-    uint32_t wait_limit;    /* IPACL_VEL_WAIT_LIMIT */
-    uint32_t token;         /* token of the request being answered */
-    uint32_t spare[6];      /* 0 */
+    uint32_t mode;       /* always 1 */
+    uint32_t word1;      /* 0 */
+    uint32_t wait_limit; /* IPACL_VEL_WAIT_LIMIT */
+    uint32_t token;      /* token of the request being answered */
+    uint32_t spare[6];   /* 0 */
 } ipacl_vel_rcv_opts;
 
 IPACL_STATIC_ASSERT(sizeof(ipacl_vel_rcv_opts) == 40, "vel receive options are ten words");
 
 /* One-way request to the ACL manager; rr_handle (may be NULL) is passed on
  * to the platform unchanged.  "failed vel_send() %u" on failure. */
-IPACL_API uint32_t ipacl_wrap_vel_send(uint32_t handle, void *rr_handle,
-                                       const ipacl_vel_msg *msg, char *err);
+IPACL_API uint32_t ipacl_wrap_vel_send(uint32_t handle, void *rr_handle, const ipacl_vel_msg *msg,
+                                       char *err);
 
 /* Same as ipacl_wrap_vel_send, to no destination service (the standby copy). */
 IPACL_API uint32_t ipacl_wrap_vel_standby(uint32_t handle, void *rr_handle,
@@ -75,14 +75,14 @@ IPACL_API uint32_t ipacl_wrap_vel_standby(uint32_t handle, void *rr_handle,
 
 /* Answer to a received request, carrying its token.
  * "failed vel_send_response() %u" on failure. */
-IPACL_API uint32_t ipacl_wrap_vel_rsp(uint32_t handle, uint32_t token,
-                                      const void *payload, uint32_t size, char *err);
+IPACL_API uint32_t ipacl_wrap_vel_rsp(uint32_t handle, uint32_t token, const void *payload,
+                                      uint32_t size, char *err);
 
 /* Sends `req` to the ACL manager and waits for its answer.  `rsp` is cleared
  * first; on success it holds the answer (handle, payload, size), which the
  * caller releases with vel_drop(handle, rsp->handle). */
-IPACL_API uint32_t ipacl_wrap_vel_req_rsp(uint32_t handle, ipacl_vel_msg *req,
-                                          ipacl_vel_msg *rsp, char *err);
+IPACL_API uint32_t ipacl_wrap_vel_req_rsp(uint32_t handle, ipacl_vel_msg *req, ipacl_vel_msg *rsp,
+                                          char *err);
 
 /* Hands a received payload to the caller unchanged; never fails. */
 IPACL_API uint32_t ipacl_wrap_vel_recv(void *payload, uint32_t size, void **out_payload,
@@ -100,8 +100,8 @@ IPACL_API uint32_t ipacl_wrap_quen_req_rsp(uint32_t handle, ipacl_quen_desc *req
                                            ipacl_vel_msg *rsp, char *err);
 
 /* Enveloped answer (operation 0) carrying the request's token. */
-IPACL_API uint32_t ipacl_wrap_quen_rsp(uint32_t handle, uint32_t token,
-                                       const void *payload, uint32_t size, char *err);
+IPACL_API uint32_t ipacl_wrap_quen_rsp(uint32_t handle, uint32_t token, const void *payload,
+                                       uint32_t size, char *err);
 
 /* Opens a received envelope of `size` bytes: *out_payload points after the
  * header and *out_size is the header's length ("bad size %u",

@@ -26,8 +26,7 @@ constexpr uint32_t leading_ones(uint8_t byte) {
 
 extern "C" {
 
-ipacl_rc ipacl_bm_mask_to_len(const uint8_t *mask, uint32_t size, uint32_t *len,
-                              uint32_t inverse) {
+ipacl_rc ipacl_bm_mask_to_len(const uint8_t *mask, uint32_t size, uint32_t *len, uint32_t inverse) {
     using ipacl::bm::normal;
     uint32_t ignored;
     if (!len) len = &ignored;

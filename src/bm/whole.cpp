@@ -12,7 +12,8 @@ void ipacl_bm_init(uint8_t *bitmap, uint32_t size) {
 uint32_t ipacl_bm_count(const uint8_t *bitmap, uint32_t size) {
     if (!bitmap) return 0;
     uint32_t count = 0;
-    for (uint32_t i = 0; i < size; ++i) count += static_cast<uint32_t>(__builtin_popcount(bitmap[i]));
+    for (uint32_t i = 0; i < size; ++i)
+        count += static_cast<uint32_t>(__builtin_popcount(bitmap[i]));
     return count;
 }
 

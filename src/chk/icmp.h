@@ -22,8 +22,7 @@ inline bool is_icmp(uint32_t proto) {
 inline ValueText icmp_type_text(uint32_t type) { return ValueText(ipacl_str_icmp_type, type); }
 inline ValueText icmp_code_text(uint32_t code) { return ValueText(ipacl_str_icmp_code, code); }
 
-inline uint32_t check_icmp_on_other_proto(uint32_t proto, uint32_t type, uint32_t code,
-                                          char *err) {
+inline uint32_t check_icmp_on_other_proto(uint32_t proto, uint32_t type, uint32_t code, char *err) {
     if (icmp_is_set(type))
         return fail(IPACL_E_ICMP_TYPE_NOT_ALLOWED, err, [&](char *e) {
             sprintf(e, "icmp type %s is not allowed for %s", icmp_type_text(type).s,

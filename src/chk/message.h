@@ -35,7 +35,8 @@ template <typename Write>
 
 // The same for the messages that also need the caller's label of the field.
 template <typename Write>
-[[gnu::cold, gnu::noinline]] uint32_t fail_labeled(uint32_t code, const char *label, char *err, Write write) {
+[[gnu::cold, gnu::noinline]] uint32_t fail_labeled(uint32_t code, const char *label, char *err,
+                                                   Write write) {
     if (label && err) write(err);
     return code;
 }

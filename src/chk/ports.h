@@ -18,9 +18,8 @@ inline ValueText port_op_text(uint32_t op) { return ValueText(ipacl_str_port_op,
 
 inline uint32_t check_port_num(uint32_t low, uint32_t high, const char *label, char *err) {
     if (low >= kPortLimit)
-        return fail_labeled(IPACL_E_BAD_LOW_PORT, label, err, [&](char *e) {
-            sprintf(e, "bad low %s %s", label, port_text(low).s);
-        });
+        return fail_labeled(IPACL_E_BAD_LOW_PORT, label, err,
+                            [&](char *e) { sprintf(e, "bad low %s %s", label, port_text(low).s); });
     if (high >= kPortLimit)
         return fail_labeled(IPACL_E_BAD_HIGH_PORT, label, err, [&](char *e) {
             sprintf(e, "bad high %s %s", label, port_text(high).s);

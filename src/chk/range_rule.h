@@ -10,8 +10,8 @@
 namespace ipacl {
 
 struct RangeRule {
-    int64_t low, high;   // accepted values, both included
-    bool is_signed;      // the value is read as signed 32-bit (-1 means "not set")
+    int64_t low, high;  // accepted values, both included
+    bool is_signed;     // the value is read as signed 32-bit (-1 means "not set")
     uint32_t code;
     const char *format;  // one %s: the text of the value
     ValueTextFn text;

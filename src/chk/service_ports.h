@@ -8,13 +8,13 @@
 namespace ipacl {
 
 inline constexpr uint32_t kTcpServicePorts[] = {
-    IPACL_PORT_FTP_DATA, IPACL_PORT_FTP,       IPACL_PORT_SSH,       IPACL_PORT_TELNET,
-    IPACL_PORT_SMTP,     IPACL_PORT_TACACS_PLUS, IPACL_PORT_TACACS_DS, IPACL_PORT_WWW,
-    IPACL_PORT_SFTP,     IPACL_PORT_HTTP,      IPACL_PORT_RADIUS,    IPACL_PORT_WBEM_HTTP,
+    IPACL_PORT_FTP_DATA,  IPACL_PORT_FTP,         IPACL_PORT_SSH,       IPACL_PORT_TELNET,
+    IPACL_PORT_SMTP,      IPACL_PORT_TACACS_PLUS, IPACL_PORT_TACACS_DS, IPACL_PORT_WWW,
+    IPACL_PORT_SFTP,      IPACL_PORT_HTTP,        IPACL_PORT_RADIUS,    IPACL_PORT_WBEM_HTTP,
     IPACL_PORT_WBEM_HTTPS};
 
-inline constexpr uint32_t kUdpServicePorts[] = {IPACL_PORT_DNS,  IPACL_PORT_TFTP,
-                                                IPACL_PORT_NTP,  IPACL_PORT_SNMP,
+inline constexpr uint32_t kUdpServicePorts[] = {IPACL_PORT_DNS,       IPACL_PORT_TFTP,
+                                                IPACL_PORT_NTP,       IPACL_PORT_SNMP,
                                                 IPACL_PORT_SNMP_TRAP, IPACL_PORT_SYSLOG};
 
 template <size_t N>

@@ -13,5 +13,4 @@ extern "C" {
 // prefix lengths, then the address bits inside the prefix: host bits behind
 // the prefix never count (10.1.2.3/8 equals 10.9.9.9/8).
 int32_t ipacl_cmp_prefix(const ipacl_inet_addr *a, const ipacl_inet_addr *b);
-
 }

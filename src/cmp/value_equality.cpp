@@ -10,9 +10,12 @@ ipacl_cmp_result eq_of(bool equal) { return equal ? IPACL_CMP_EQ : IPACL_CMP_NE;
 // for in each address family.
 uint32_t any_proto_of(uint32_t family) {
     switch (family) {
-        case IPACL_ADDR_TYPE_IPV4: return IPACL_PROTO_IP;
-        case IPACL_ADDR_TYPE_IPV6: return IPACL_PROTO_IPV6;
-        default: return IPACL_PROTO_ANY;
+        case IPACL_ADDR_TYPE_IPV4:
+            return IPACL_PROTO_IP;
+        case IPACL_ADDR_TYPE_IPV6:
+            return IPACL_PROTO_IPV6;
+        default:
+            return IPACL_PROTO_ANY;
     }
 }
 
@@ -22,9 +25,7 @@ extern "C" {
 
 ipacl_cmp_result ipacl_cmp_eq_index(uint32_t a, uint32_t b) { return eq_of(a == b); }
 ipacl_cmp_result ipacl_cmp_eq_dir(uint32_t a, uint32_t b) { return ipacl_cmp_eq_index(a, b); }
-ipacl_cmp_result ipacl_cmp_eq_if_index(uint32_t a, uint32_t b) {
-    return ipacl_cmp_eq_index(a, b);
-}
+ipacl_cmp_result ipacl_cmp_eq_if_index(uint32_t a, uint32_t b) { return ipacl_cmp_eq_index(a, b); }
 
 ipacl_cmp_result ipacl_cmp_eq_if_prof(const ipacl_if_prof_key *a, const ipacl_if_prof_key *b) {
     return eq_of(a->if_index == b->if_index && a->direction == b->direction);

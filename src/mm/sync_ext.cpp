@@ -11,8 +11,8 @@ namespace ipacl::mm {
 namespace {
 
 struct SyncBuffer {
-    uint32_t fixed;    // bytes before the items (op buffers) or minimum (records)
-    uint32_t item;     // bytes per item; 0 for record buffers
+    uint32_t fixed;  // bytes before the items (op buffers) or minimum (records)
+    uint32_t item;   // bytes per item; 0 for record buffers
 };
 
 // The op buffers' fixed parts run up to and including their item count.

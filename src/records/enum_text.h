@@ -28,8 +28,8 @@ constexpr const char *enum_find(const EnumName (&table)[N], uint32_t value) {
 // fits 40 bytes for any 32-bit value).  `fallback` takes the value as its
 // only argument, as unsigned or, for "%d" forms, as signed.
 template <size_t N>
-uint32_t enum_text(const EnumName (&table)[N], uint32_t value, char *dst,
-                   const char *fallback, bool signed_fallback = false) {
+uint32_t enum_text(const EnumName (&table)[N], uint32_t value, char *dst, const char *fallback,
+                   bool signed_fallback = false) {
     if (const char *text = enum_find(table, value))
         return static_cast<uint32_t>(snprintf(dst, kStrSize, "%s", text));
     if (signed_fallback)

@@ -14,11 +14,11 @@ constexpr EnumName kProto[] = {{0, "ip"},   {1, "icmp"},  {6, "tcp"},
                                {17, "udp"}, {41, "ipv6"}, {58, "icmp6"}};
 
 constexpr EnumName kPort[] = {
-    {20, "ftp-data"},  {21, "ftp"},     {22, "ssh"},         {23, "telnet"},
-    {25, "smtp"},      {49, "tacacs-plus"}, {53, "dns"},     {65, "tacacs-ds"},
-    {69, "tftp"},      {80, "www"},     {115, "sftp"},       {123, "ntp"},
-    {143, "http"},     {161, "snmp"},   {162, "snmp-trap"},  {514, "syslog"},
-    {1812, "radius"},  {5988, "wbem-http"}, {5989, "wbem-https"}};
+    {20, "ftp-data"}, {21, "ftp"},         {22, "ssh"},         {23, "telnet"},
+    {25, "smtp"},     {49, "tacacs-plus"}, {53, "dns"},         {65, "tacacs-ds"},
+    {69, "tftp"},     {80, "www"},         {115, "sftp"},       {123, "ntp"},
+    {143, "http"},    {161, "snmp"},       {162, "snmp-trap"},  {514, "syslog"},
+    {1812, "radius"}, {5988, "wbem-http"}, {5989, "wbem-https"}};
 
 // A printed name returns the protocol number plus one (so "any" returns 0);
 // a printed number returns its character count.

@@ -70,7 +70,8 @@ inline void profile_name(const uint8_t *p, char *out) {
 
 // A link of the manager's chained lists: a 32-bit address.
 inline void link(const uint8_t *p, char *out) {
-    snprintf(out, kValueSize, "%p", reinterpret_cast<void *>(static_cast<uintptr_t>(load<uint32_t>(p))));
+    snprintf(out, kValueSize, "%p",
+             reinterpret_cast<void *>(static_cast<uintptr_t>(load<uint32_t>(p))));
 }
 
 // A creation time (32-bit seconds) as the calendar text of ctime.

@@ -22,9 +22,13 @@ constexpr uint8_t kInvProto = 0x40;
 // The entry's flags: the fragment test is present.
 constexpr uint8_t kFlagFrag = 0x01;
 
-const char *negation(const ipacl_ipt_entry &e, uint8_t bit) { return (e.inv_flags & bit) ? "not " : ""; }
+const char *negation(const ipacl_ipt_entry &e, uint8_t bit) {
+    return (e.inv_flags & bit) ? "not " : "";
+}
 
-const ipacl_ipt_entry &entry(const uint8_t *p) { return *reinterpret_cast<const ipacl_ipt_entry *>(p); }
+const ipacl_ipt_entry &entry(const uint8_t *p) {
+    return *reinterpret_cast<const ipacl_ipt_entry *>(p);
+}
 
 // Address and mask as dotted quads, taken byte by byte from the
 // network-order fields: the most significant octet comes first.
@@ -32,8 +36,8 @@ template <size_t Addr, size_t Mask, uint8_t Invert>
 void address(const uint8_t *p, char *out) {
     const uint8_t *a = p + Addr;
     const uint8_t *m = p + Mask;
-    snprintf(out, kValueSize, "%s%u.%u.%u.%u %u.%u.%u.%u", negation(entry(p), Invert), a[0], a[1], a[2],
-             a[3], m[0], m[1], m[2], m[3]);
+    snprintf(out, kValueSize, "%s%u.%u.%u.%u %u.%u.%u.%u", negation(entry(p), Invert), a[0], a[1],
+             a[2], a[3], m[0], m[1], m[2], m[3]);
 }
 
 // The name's bytes where the mask keeps them, "+" where the mask byte is 0
@@ -74,9 +78,11 @@ constexpr Row kEntry[] = {
     field("Destination Address", 0,
           address<offsetof(ipacl_ipt_entry, dst), offsetof(ipacl_ipt_entry, dst_mask), kInvDst>),
     field("Ingress Interface", 0,
-          interface<offsetof(ipacl_ipt_entry, in_if), offsetof(ipacl_ipt_entry, in_if_mask), kInvInIf>),
+          interface<offsetof(ipacl_ipt_entry, in_if), offsetof(ipacl_ipt_entry, in_if_mask),
+                    kInvInIf>),
     field("Egress Interface", 0,
-          interface<offsetof(ipacl_ipt_entry, out_if), offsetof(ipacl_ipt_entry, out_if_mask), kInvOutIf>),
+          interface<offsetof(ipacl_ipt_entry, out_if), offsetof(ipacl_ipt_entry, out_if_mask),
+                    kInvOutIf>),
     field("Protocol", 0, protocol),
     field("Fragment", 0, fragment),
     field("# Packets", offsetof(ipacl_ipt_entry, packets), number<uint64_t>),

@@ -46,7 +46,8 @@ void ipacl_show_ipt_rule(const ipacl_ipt_rule *rule) {
     ipacl_show_ipt_entry(&rule->entry);
     // The count comes from the kernel's answer; the record has room for
     // IPACL_RULE_MATCHES matches and no more are read.
-    const uint32_t count = rule->match_count < IPACL_RULE_MATCHES ? rule->match_count : IPACL_RULE_MATCHES;
+    const uint32_t count =
+        rule->match_count < IPACL_RULE_MATCHES ? rule->match_count : IPACL_RULE_MATCHES;
     for (uint32_t i = 0; i < count; ++i) show_match(rule->matches[i]);
 }
 

@@ -27,8 +27,10 @@ constexpr const char *kRuleInfoHeader[] = {
 constexpr Column kRuleInfo[] = {
     column(offsetof(ipacl_rule_info, rule_num), left_number<uint32_t, 3>, 0, " "),
     column(offsetof(ipacl_rule_info, entry.proto), named<ipacl_str_proto, uint16_t>, 4, " "),
-    column(offsetof(ipacl_rule_info, entry), entry_address<offsetof(ipacl_ipt_entry, src)>, 15, " "),
-    column(offsetof(ipacl_rule_info, entry), entry_address<offsetof(ipacl_ipt_entry, dst)>, 15, " "),
+    column(offsetof(ipacl_rule_info, entry), entry_address<offsetof(ipacl_ipt_entry, src)>, 15,
+           " "),
+    column(offsetof(ipacl_rule_info, entry), entry_address<offsetof(ipacl_ipt_entry, dst)>, 15,
+           " "),
     column(offsetof(ipacl_rule_info, entry.in_if), chars<IPACL_KERNEL_IF_SIZE>, 8, " "),
     column(offsetof(ipacl_rule_info, entry.out_if), chars<IPACL_KERNEL_IF_SIZE>, 8, " "),
     column(offsetof(ipacl_rule_info, target), chars<IPACL_TARGET_NAME_SIZE>, 8, " "),

@@ -13,7 +13,7 @@
 namespace ipacl::show {
 
 struct Column {
-    uint32_t offset;    // of the field inside the record
+    uint32_t offset;  // of the field inside the record
     Format format;
     int32_t width;      // 0: as formatted
     const char *after;  // text between this column and the next ("\n" last)

@@ -19,12 +19,12 @@ template <Dir D, Rec R>
 }  // namespace ipacl::wire
 
 // Defines the exported converters of one stem.
-#define IPACL_WIRE_HTON(stem)                                                   \
-    extern "C" void ipacl_hton_##stem(ipacl_##stem *src, ipacl_##stem *dst) {   \
+#define IPACL_WIRE_HTON(stem)                                                           \
+    extern "C" void ipacl_hton_##stem(ipacl_##stem *src, ipacl_##stem *dst) {           \
         ipacl::wire::convert<ipacl::wire::Dir::hton, ipacl::wire::Rec::stem>(src, dst); \
     }
-#define IPACL_WIRE_NTOH(stem)                                                   \
-    extern "C" void ipacl_ntoh_##stem(ipacl_##stem *src, ipacl_##stem *dst) {   \
+#define IPACL_WIRE_NTOH(stem)                                                           \
+    extern "C" void ipacl_ntoh_##stem(ipacl_##stem *src, ipacl_##stem *dst) {           \
         ipacl::wire::convert<ipacl::wire::Dir::ntoh, ipacl::wire::Rec::stem>(src, dst); \
     }
 #define IPACL_WIRE_PAIR(stem) IPACL_WIRE_HTON(stem) IPACL_WIRE_NTOH(stem)

@@ -27,19 +27,70 @@ enum class Conv : uint8_t {
 // sub-record of the filter, which has only an internal one).
 enum class Rec : uint8_t {
     inet_addr,
-    prof_key, if_prof_key, filter_key, list_key, data_key, group_key,
-    prof, prof_info, if_prof, filter,
-    data, data_info, group, group_info, intf, intf_info, list, mgmt,
-    list_use, mem_use, ha,
-    port_if_created_info, vni_if_chg, avm_if_chg,
-    ipt_entry, ipt_chain, rule_info, ipt_rule, match,
-    ipt_tcp, ipt_udp, ipt_icmp, ipt_tos, ipt_log, ipt_req, ipt_rsp,
-    access_req, access_rsp, prof_req, if_prof_req, filter_req,
-    prof_rsp, if_prof_rsp, filter_rsp, prof_cfg, if_prof_cfg, filter_cfg,
-    cfm, prof_cfm, if_prof_cfm, filter_cfm,
-    prof_sync, if_prof_sync, filter_sync,
-    prof_sync_op, if_prof_sync_op, filter_sync_op,
-    use_req, use_rsp, in_req, in_rsp, test_req, test_rsp, quen,
+    prof_key,
+    if_prof_key,
+    filter_key,
+    list_key,
+    data_key,
+    group_key,
+    prof,
+    prof_info,
+    if_prof,
+    filter,
+    data,
+    data_info,
+    group,
+    group_info,
+    intf,
+    intf_info,
+    list,
+    mgmt,
+    list_use,
+    mem_use,
+    ha,
+    port_if_created_info,
+    vni_if_chg,
+    avm_if_chg,
+    ipt_entry,
+    ipt_chain,
+    rule_info,
+    ipt_rule,
+    match,
+    ipt_tcp,
+    ipt_udp,
+    ipt_icmp,
+    ipt_tos,
+    ipt_log,
+    ipt_req,
+    ipt_rsp,
+    access_req,
+    access_rsp,
+    prof_req,
+    if_prof_req,
+    filter_req,
+    prof_rsp,
+    if_prof_rsp,
+    filter_rsp,
+    prof_cfg,
+    if_prof_cfg,
+    filter_cfg,
+    cfm,
+    prof_cfm,
+    if_prof_cfm,
+    filter_cfm,
+    prof_sync,
+    if_prof_sync,
+    filter_sync,
+    prof_sync_op,
+    if_prof_sync_op,
+    filter_sync_op,
+    use_req,
+    use_rsp,
+    in_req,
+    in_rsp,
+    test_req,
+    test_rsp,
+    quen,
     count_  // number of records; not a record
 };
 
@@ -54,9 +105,15 @@ struct Field {
 };
 
 constexpr Field none(uint16_t off, uint16_t width) { return {off, width, Conv::none, {}}; }
-constexpr Field s16(uint16_t off, uint16_t count = 1) { return {off, uint16_t(2 * count), Conv::s16, {}}; }
-constexpr Field s32(uint16_t off, uint16_t count = 1) { return {off, uint16_t(4 * count), Conv::s32, {}}; }
-constexpr Field s64(uint16_t off, uint16_t count = 1) { return {off, uint16_t(8 * count), Conv::s64, {}}; }
+constexpr Field s16(uint16_t off, uint16_t count = 1) {
+    return {off, uint16_t(2 * count), Conv::s16, {}};
+}
+constexpr Field s32(uint16_t off, uint16_t count = 1) {
+    return {off, uint16_t(4 * count), Conv::s32, {}};
+}
+constexpr Field s64(uint16_t off, uint16_t count = 1) {
+    return {off, uint16_t(8 * count), Conv::s64, {}};
+}
 constexpr Field str(uint16_t off, uint16_t width) { return {off, width, Conv::str, {}}; }
 constexpr Field copy(uint16_t off, uint16_t width) { return {off, width, Conv::copy, {}}; }
 constexpr Field zero(uint16_t off, uint16_t width) { return {off, width, Conv::zero, {}}; }

@@ -24,11 +24,17 @@ template <Rec R>
 struct Layout;
 
 template <class L>
-concept HasFields = requires { L::fields; };
+concept HasFields = requires {
+    L::fields;
+};
 template <class L>
-concept HasCount = requires { L::count_at; };
+concept HasCount = requires {
+    L::count_at;
+};
 template <class L>
-concept HasTag = requires { L::tag_at; };
+concept HasTag = requires {
+    L::tag_at;
+};
 
 template <Rec R>
 inline constexpr uint32_t record_size = sizeof(typename Layout<R>::type);

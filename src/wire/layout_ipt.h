@@ -40,8 +40,7 @@ struct Layout<Rec::match> {
 template <>
 struct Layout<Rec::ipt_rule> {
     using type = ipacl_ipt_rule;
-    static constexpr Field fields[] = {str(0, 32), str(148, 30), rec<Rec::ipt_entry>(36),
-                                       s32(32)};
+    static constexpr Field fields[] = {str(0, 32), str(148, 30), rec<Rec::ipt_entry>(36), s32(32)};
     static constexpr uint16_t count_at = 178;
     static constexpr uint16_t elems_at = 182;
     static constexpr Rec elem = Rec::match;

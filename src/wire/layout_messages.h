@@ -34,8 +34,7 @@ IPACL_WIRE_PLAIN(in_req, s32(0, 2));
 IPACL_WIRE_PLAIN(test_req, none(0, 4), s32(4), copy(8, 40));
 IPACL_WIRE_PLAIN(test_rsp, none(0, 4), s32(4, 2));
 // The envelope header: three words, then two text fields copied whole.
-IPACL_WIRE_PLAIN(quen, s32(0, 3), copy(12, IPACL_QUEN_TEXT1_SIZE),
-                 copy(52, IPACL_QUEN_TEXT2_SIZE));
+IPACL_WIRE_PLAIN(quen, s32(0, 3), copy(12, IPACL_QUEN_TEXT1_SIZE), copy(52, IPACL_QUEN_TEXT2_SIZE));
 
 // ---- counted arrays ----
 IPACL_WIRE_COUNTED(prof_rsp, 0, 12, prof, s32(4, 2));
@@ -61,10 +60,9 @@ struct Layout<Rec::cfm> {
     static constexpr Field fields[] = {s32(4)};
     static constexpr uint16_t tag_at = 0;
     static constexpr Pick pick = Pick::equal;
-    static constexpr Variant variants[] = {
-        variant<Rec::if_prof_key>(IPACL_DALVE_TYPE_IF_PROF),
-        variant<Rec::filter_key>(IPACL_DALVE_TYPE_FILTER),
-        variant<Rec::prof_key>(IPACL_DALVE_TYPE_PROTO_PROF)};
+    static constexpr Variant variants[] = {variant<Rec::if_prof_key>(IPACL_DALVE_TYPE_IF_PROF),
+                                           variant<Rec::filter_key>(IPACL_DALVE_TYPE_FILTER),
+                                           variant<Rec::prof_key>(IPACL_DALVE_TYPE_PROTO_PROF)};
     static constexpr uint16_t elems_at = 8;
 };
 
@@ -85,18 +83,17 @@ struct Layout<Rec::access_rsp> {
     static constexpr uint16_t count_at = 0;
     static constexpr uint16_t tag_at = 4;
     static constexpr Pick pick = Pick::equal;
-    static constexpr Variant variants[] = {
-        variant<Rec::data>(IPACL_ACCESS_TYPE_ACCESS_DATA),
-        variant<Rec::data_info>(IPACL_ACCESS_TYPE_DATA_INFO),
-        variant<Rec::data_key>(IPACL_ACCESS_TYPE_DATA_KEY),
-        variant<Rec::group>(IPACL_ACCESS_TYPE_ACCESS_GROUP),
-        variant<Rec::group_info>(IPACL_ACCESS_TYPE_GROUP_INFO),
-        variant<Rec::group_key>(IPACL_ACCESS_TYPE_GROUP_KEY),
-        variant<Rec::intf>(IPACL_ACCESS_TYPE_ACCESS_INTF),
-        variant<Rec::intf_info>(IPACL_ACCESS_TYPE_INTF_INFO),
-        variant<Rec::list>(IPACL_ACCESS_TYPE_ACCESS_LIST),
-        variant<Rec::list_key>(IPACL_ACCESS_TYPE_LIST_KEY),
-        variant<Rec::mgmt>(IPACL_ACCESS_TYPE_ACCESS_MGMT)};
+    static constexpr Variant variants[] = {variant<Rec::data>(IPACL_ACCESS_TYPE_ACCESS_DATA),
+                                           variant<Rec::data_info>(IPACL_ACCESS_TYPE_DATA_INFO),
+                                           variant<Rec::data_key>(IPACL_ACCESS_TYPE_DATA_KEY),
+                                           variant<Rec::group>(IPACL_ACCESS_TYPE_ACCESS_GROUP),
+                                           variant<Rec::group_info>(IPACL_ACCESS_TYPE_GROUP_INFO),
+                                           variant<Rec::group_key>(IPACL_ACCESS_TYPE_GROUP_KEY),
+                                           variant<Rec::intf>(IPACL_ACCESS_TYPE_ACCESS_INTF),
+                                           variant<Rec::intf_info>(IPACL_ACCESS_TYPE_INTF_INFO),
+                                           variant<Rec::list>(IPACL_ACCESS_TYPE_ACCESS_LIST),
+                                           variant<Rec::list_key>(IPACL_ACCESS_TYPE_LIST_KEY),
+                                           variant<Rec::mgmt>(IPACL_ACCESS_TYPE_ACCESS_MGMT)};
     static constexpr uint16_t elems_at = 8;
 };
 

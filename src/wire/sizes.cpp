@@ -29,8 +29,10 @@ constexpr Variant kIptSizes[] = {
 // Match info sizes.  The log info is sized under 13, not under 10 where the
 // match converter finds it; 10 has no size.
 constexpr Variant kMatchSizes[] = {
-    variant<Rec::ipt_tcp>(IPACL_MATCH_TCP),   variant<Rec::ipt_udp>(IPACL_MATCH_UDP),
-    variant<Rec::ipt_icmp>(IPACL_MATCH_ICMP), variant<Rec::ipt_tos>(IPACL_MATCH_TOS),
+    variant<Rec::ipt_tcp>(IPACL_MATCH_TCP),
+    variant<Rec::ipt_udp>(IPACL_MATCH_UDP),
+    variant<Rec::ipt_icmp>(IPACL_MATCH_ICMP),
+    variant<Rec::ipt_tos>(IPACL_MATCH_TOS),
     variant<Rec::ipt_log>(13),
 };
 

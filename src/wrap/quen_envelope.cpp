@@ -58,8 +58,7 @@ uint8_t *build(const EnvelopeKind &kind, const Letter &letter, uint32_t total) {
 
 }  // namespace
 
-uint32_t send_envelope(const EnvelopeKind &kind, uint32_t handle, const Letter &letter,
-                       char *err) {
+uint32_t send_envelope(const EnvelopeKind &kind, uint32_t handle, const Letter &letter, char *err) {
     // A payload too large to fit behind the header in a 32-bit size cannot
     // be enveloped at all: the same outcome as an allocation that fails.
     uint8_t *envelope =

@@ -13,9 +13,9 @@ namespace ipacl::wrap {
 
 // How each enveloped send builds its header and where it goes.
 struct EnvelopeKind {
-    uint32_t operation;         // ipacl_quen_msg written at offset 0
+    uint32_t operation;  // ipacl_quen_msg written at offset 0
     Route route;
-    const char *no_memory;      // message when the envelope cannot be allocated
+    const char *no_memory;  // message when the envelope cannot be allocated
 };
 
 inline constexpr EnvelopeKind kQuenSet{IPACL_QUEN_MSG_SET, kToManager, "no mem for quen_msg"};
@@ -36,8 +36,7 @@ struct Letter {
 
 // Allocates the envelope, fills it, sends it along the kind's route and
 // frees it.  Returns 0 without touching `err`, IPACL_E_NO_MEM, or errno.
-uint32_t send_envelope(const EnvelopeKind &kind, uint32_t handle, const Letter &letter,
-                       char *err);
+uint32_t send_envelope(const EnvelopeKind &kind, uint32_t handle, const Letter &letter, char *err);
 
 // A received envelope of `size` bytes at `message`: where its payload starts
 // and the length its header states.  `consistent` tells whether that length

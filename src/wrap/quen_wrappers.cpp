@@ -14,8 +14,7 @@ extern "C" {
 uint32_t ipacl_wrap_quen_send(uint32_t handle, const ipacl_vel_msg *msg, char *err) {
     // Unlike every other wrapper, success leaves `err` as it was.
     return send_envelope(kQuenSet, handle,
-                         {msg->opcode, msg->payload, msg->size, nullptr, nullptr, nullptr, 0},
-                         err);
+                         {msg->opcode, msg->payload, msg->size, nullptr, nullptr, nullptr, 0}, err);
 }
 
 uint32_t ipacl_wrap_quen_req_rsp(uint32_t handle, ipacl_quen_desc *req, ipacl_vel_msg *rsp,
@@ -30,8 +29,8 @@ uint32_t ipacl_wrap_quen_req_rsp(uint32_t handle, ipacl_quen_desc *req, ipacl_ve
 
     // The answer stays held by rsp->handle; its payload and stated length
     // are handed over even when they disagree with what arrived.
-    const Opened answer = open_envelope(vel_payload_get(rsp->handle),
-                                        vel_payload_size(rsp->handle));
+    const Opened answer =
+        open_envelope(vel_payload_get(rsp->handle), vel_payload_size(rsp->handle));
     rsp->payload = answer.payload;
     rsp->size = answer.length;
     if (!answer.consistent) {
@@ -51,8 +50,8 @@ uint32_t ipacl_wrap_quen_rsp(uint32_t handle, uint32_t token, const void *payloa
     return rc;
 }
 
-uint32_t ipacl_wrap_quen_recv(void *payload, uint32_t size, void **out_payload,
-                              uint32_t *out_size, char *err) {
+uint32_t ipacl_wrap_quen_recv(void *payload, uint32_t size, void **out_payload, uint32_t *out_size,
+                              char *err) {
     const Opened message = open_envelope(payload, size);
     *out_payload = message.payload;
     *out_size = message.length;

@@ -16,8 +16,8 @@ uint32_t platform_failure(const char *format, char *err) {
 
 uint32_t send_along(const Route &route, uint32_t handle, uint32_t opcode, const void *payload,
                     uint32_t size, void *rr_handle, uint32_t token, char *err) {
-    const int rc = vel_send(handle, IPACL_VEL_NODE, route.service, opcode, payload, size,
-                            rr_handle, token, 0);
+    const int rc =
+        vel_send(handle, IPACL_VEL_NODE, route.service, opcode, payload, size, rr_handle, token, 0);
     return rc == 0 ? IPACL_OK : platform_failure(route.send_failure, err);
 }
 

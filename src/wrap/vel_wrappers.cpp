@@ -35,16 +35,16 @@ uint32_t ipacl_wrap_vel_standby(uint32_t handle, void *rr_handle, const ipacl_ve
 
 uint32_t ipacl_wrap_vel_rsp(uint32_t handle, uint32_t token, const void *payload, uint32_t size,
                             char *err) {
-    return cleared_on_success(
-        send_along(kAnswer, handle, 0, payload, size, nullptr, token, err), err);
+    return cleared_on_success(send_along(kAnswer, handle, 0, payload, size, nullptr, token, err),
+                              err);
 }
 
 uint32_t ipacl_wrap_vel_req_rsp(uint32_t handle, ipacl_vel_msg *req, ipacl_vel_msg *rsp,
                                 char *err) {
     ipacl_vel_rcv_opts options;
     begin_exchange(options, req->handle, rsp);
-    uint32_t rc = send_along(kToManager, handle, req->opcode, req->payload, req->size,
-                             req->handle, 0, err);
+    uint32_t rc =
+        send_along(kToManager, handle, req->opcode, req->payload, req->size, req->handle, 0, err);
     if (rc == IPACL_OK) rc = await_answer(handle, options, req->handle, rsp, err);
     if (rc != IPACL_OK) return rc;
     // A plain answer is handed over as it is; it stays held by rsp->handle.
@@ -54,8 +54,8 @@ uint32_t ipacl_wrap_vel_req_rsp(uint32_t handle, ipacl_vel_msg *req, ipacl_vel_m
     return IPACL_OK;
 }
 
-uint32_t ipacl_wrap_vel_recv(void *payload, uint32_t size, void **out_payload,
-                             uint32_t *out_size, char *err) {
+uint32_t ipacl_wrap_vel_recv(void *payload, uint32_t size, void **out_payload, uint32_t *out_size,
+                             char *err) {
     // Nothing to check: this keeps plain receivers the same shape as
     // enveloped ones.
     *out_payload = payload;

@@ -34,9 +34,8 @@ using ipacl_double::platform;
 
 extern "C" {
 
-int vel_send(uint32_t handle, uint32_t node, uint32_t service, uint32_t opcode,
-             const void *payload, uint32_t size, void *rr_handle, uint32_t token,
-             uint32_t flags) {
+int vel_send(uint32_t handle, uint32_t node, uint32_t service, uint32_t opcode, const void *payload,
+             uint32_t size, void *rr_handle, uint32_t token, uint32_t flags) {
     auto &s = platform();
     const auto *bytes = static_cast<const uint8_t *>(payload);
     s.sends.push_back({handle, node, service, opcode,

@@ -80,7 +80,7 @@ struct State {
     uint32_t port_init_if_index = 0;
     std::vector<std::pair<uint32_t, uint32_t>> port_init_calls;  // first, port
     int if_name_rc_override = -1;  // >= 0: return this instead of the length
-    std::vector<std::pair<uint32_t, uint32_t>> if_name_calls;    // size, index
+    std::vector<std::pair<uint32_t, uint32_t>> if_name_calls;  // size, index
 
     // tivra and zlogf
     int subtype_check_rc = 0;

@@ -16,7 +16,7 @@ constexpr uint32_t kNotSet = 0xFFFFFFFFu;
 
 // Appends the parts of the line one at a time into the caller's buffer.
 class CommandLine {
-public:
+  public:
     CommandLine(char *dst, uint32_t size) : dst_(dst), size_(size) { dst_[0] = '\0'; }
 
     // Appends `text`, after a blank unless it is the first part.  Fails when
@@ -31,7 +31,7 @@ public:
         return true;
     }
 
-private:
+  private:
     char *dst_;
     uint32_t size_;
     uint32_t used_ = 0;
@@ -65,9 +65,15 @@ const char *destination_ports(const ipacl_filter &f, char *s) {
 }
 
 // Flags count here only when they are exactly 1.
-const char *established(const ipacl_filter &f, char *) { return f.established == 1 ? "established" : nullptr; }
-const char *log_deny(const ipacl_filter &f, char *) { return f.log_deny == 1 ? "log-deny" : nullptr; }
-const char *fragments(const ipacl_filter &f, char *) { return f.fragments == 1 ? "fragments" : nullptr; }
+const char *established(const ipacl_filter &f, char *) {
+    return f.established == 1 ? "established" : nullptr;
+}
+const char *log_deny(const ipacl_filter &f, char *) {
+    return f.log_deny == 1 ? "log-deny" : nullptr;
+}
+const char *fragments(const ipacl_filter &f, char *) {
+    return f.fragments == 1 ? "fragments" : nullptr;
+}
 
 // ICMP type and code print as numbers; no type means no code either.
 const char *icmp_type(const ipacl_filter &f, char *s) {
@@ -82,8 +88,8 @@ const char *icmp_code(const ipacl_filter &f, char *s) {
 }
 
 constexpr Step kSteps[] = {
-    action,      protocol,  source,   source_ports, destination, destination_ports,
-    established, icmp_type, icmp_code, log_deny,    fragments,
+    action,      protocol,  source,    source_ports, destination, destination_ports,
+    established, icmp_type, icmp_code, log_deny,     fragments,
 };
 
 }  // namespace

@@ -28,8 +28,8 @@ uint32_t ipacl_str_if_prof(const ipacl_if_prof *if_prof, char *dst) {
     ipacl_str_if_index(if_prof->if_index, intf);
     ipacl_str_dir(if_prof->direction, dir);
     const ipacl::ProfileName name(if_prof->prof_name);
-    return static_cast<uint32_t>(sprintf(dst, "%s %s(0x%x) %s prof %s", status, intf,
-                                         if_prof->if_index, dir, name.text));
+    return static_cast<uint32_t>(
+        sprintf(dst, "%s %s(0x%x) %s prof %s", status, intf, if_prof->if_index, dir, name.text));
 }
 
 }  // extern "C"

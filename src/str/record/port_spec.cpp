@@ -19,8 +19,12 @@ uint32_t derived_op(uint32_t low, uint32_t high) {
     return IPACL_PORT_OP_RANGE;
 }
 
-constexpr bool shows_low(uint32_t op) { return op >= IPACL_PORT_OP_GT && op <= IPACL_PORT_OP_RANGE; }
-constexpr bool shows_high(uint32_t op) { return op == IPACL_PORT_OP_LT || op == IPACL_PORT_OP_RANGE; }
+constexpr bool shows_low(uint32_t op) {
+    return op >= IPACL_PORT_OP_GT && op <= IPACL_PORT_OP_RANGE;
+}
+constexpr bool shows_high(uint32_t op) {
+    return op == IPACL_PORT_OP_LT || op == IPACL_PORT_OP_RANGE;
+}
 
 // Appends " <port name>" at `out + len`.
 uint32_t append_port(char *out, uint32_t len, uint32_t port) {

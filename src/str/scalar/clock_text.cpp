@@ -27,10 +27,9 @@ uint32_t ipacl_str_time_stamp(char *dst) {
     time_t now = time(nullptr);
     tm local{};
     if (const tm *shared = localtime(&now)) local = *shared;
-    return static_cast<uint32_t>(snprintf(dst, ipacl::kScalarTextSize, "%02u:%02u:%02u",
-                                          static_cast<unsigned>(local.tm_hour),
-                                          static_cast<unsigned>(local.tm_min),
-                                          static_cast<unsigned>(local.tm_sec)));
+    return static_cast<uint32_t>(snprintf(
+        dst, ipacl::kScalarTextSize, "%02u:%02u:%02u", static_cast<unsigned>(local.tm_hour),
+        static_cast<unsigned>(local.tm_min), static_cast<unsigned>(local.tm_sec)));
 }
 
 // A time that the calendar cannot show gives the empty text.

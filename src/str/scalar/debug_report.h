@@ -10,7 +10,6 @@ namespace ipacl {
 // event 0x730000 (record: the 32-bit subtype 100 followed by the text and its
 // NUL) when the facility accepts the subtype, then prints it with zlogf when
 // debug printing of subtype 100 is on.
-void report_impossible(const char *format, int32_t value)
-    __attribute__((format(printf, 1, 0)));
+void report_impossible(const char *format, int32_t value) __attribute__((format(printf, 1, 0)));
 
 }  // namespace ipacl

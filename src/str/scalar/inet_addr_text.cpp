@@ -56,8 +56,8 @@ void ipv6_text(const ipacl_inet_addr &prefix, char *dst, uint32_t size) {
 }  // namespace
 }  // namespace ipacl
 
-extern "C" char *ipacl_str_inet_addr(int32_t format, uint32_t any_ok,
-                                     const ipacl_inet_addr *prefix, char *dst, uint32_t size) {
+extern "C" char *ipacl_str_inet_addr(int32_t format, uint32_t any_ok, const ipacl_inet_addr *prefix,
+                                     char *dst, uint32_t size) {
     if (any_ok && is_prefix_any(prefix)) {
         snprintf(dst, size, "any");
         return dst;

@@ -14,9 +14,9 @@ inline constexpr size_t kScalarTextSize = 40;
 enum class NumberForm { decimal, dotted };
 
 struct ScalarForm {
-    uint32_t special;         // the value that has a word of its own
+    uint32_t special;  // the value that has a word of its own
     const char *special_text;
-    NumberForm form;          // how every other value prints
+    NumberForm form;  // how every other value prints
 };
 
 template <const ScalarForm &F>
