@@ -68,10 +68,13 @@ inline void profile_name(const uint8_t *p, char *out) {
     __strcpy_to_buf(out, reinterpret_cast<const char *>(p), IPACL_NAME_SIZE);
 }
 
-// A link of the manager's chained lists: a 32-bit address.
+// A link of the manager's chained lists: a 32-bit address, shown as the
+// pointer it is in the manager that sent it.
 inline void link(const uint8_t *p, char *out) {
+    // Printed only, never dereferenced.
+    const uintptr_t address = load<uint32_t>(p);
     snprintf(out, kValueSize, "%p",
-             reinterpret_cast<void *>(static_cast<uintptr_t>(load<uint32_t>(p))));
+             reinterpret_cast<void *>(address));  // NOLINT(performance-no-int-to-ptr)
 }
 
 // A creation time (32-bit seconds) as the calendar text of ctime.
