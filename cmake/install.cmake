@@ -26,4 +26,7 @@ install(FILES ${PROJECT_BINARY_DIR}/ipaclConfig.cmake ${PROJECT_BINARY_DIR}/ipac
 # The .pc file finds its prefix relative to itself, so the tree can move.
 file(RELATIVE_PATH IPACL_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/ipacl.pc.in ${PROJECT_BINARY_DIR}/ipacl.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/ipacl.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+configure_file(${PROJECT_SOURCE_DIR}/cmake/ipacl-platform-host.pc.in
+  ${PROJECT_BINARY_DIR}/ipacl-platform-host.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/ipacl.pc ${PROJECT_BINARY_DIR}/ipacl-platform-host.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

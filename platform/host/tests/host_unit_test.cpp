@@ -1,0 +1,538 @@
+// The host platform within one process: interface indexes, the debug
+// history and print, and the vel service between endpoints of this process.
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <string>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+#include <vector>
+
+#include "host_test_support.h"
+#include "ipacl_host.h"
+#include "platform/if_index.h"
+#include "platform/tivra.h"
+#include "platform/vel.h"
+
+namespace {
+
+using host_test::EndpointDir;
+
+std::string name_of(uint32_t if_index, uint32_t size = 40) {
+    char buf[64];
+    memset(buf, '#', sizeof buf);
+    snprintf_if_index(buf, size, if_index);
+    return buf;
+}
+
+TEST(HostIfIndex, NamesFollowTheSchemeAndParseBack) {
+    struct Case {
+        uint32_t if_index;
+        const char *name;
+    } cases[] = {
+        {ipacl_host_if_index(IPACL_HOST_IF_ETH, 1, 0, 7), "eth1/7"},
+        {ipacl_host_if_index(IPACL_HOST_IF_ETH, 2, 3, 48), "eth2/3/48"},
+        {ipacl_host_if_index(IPACL_HOST_IF_MGMT, 1, 0, 0), "mgmt1/0"},
+        {ipacl_host_if_index(IPACL_HOST_IF_SUB, 4, 0, 1), "sub4/1"},
+        {ipacl_host_if_index_num(IPACL_HOST_IF_VLAN, 4094), "vlan4094"},
+        {ipacl_host_if_index_num(IPACL_HOST_IF_AGG, 12), "agg12"},
+        {ipacl_host_if_index_num(IPACL_HOST_IF_VETH, 65535), "veth65535"},
+        {ipacl_host_if_index_num(IPACL_HOST_IF_CPU, 0), "cpu0"},
+    };
+    for (const Case &c : cases) {
+        EXPECT_EQ(name_of(c.if_index), c.name);
+        EXPECT_EQ(ipacl_host_if_index_parse(c.name), c.if_index) << c.name;
+        uint8_t type = 0;
+        EXPECT_EQ(if_index_get_type(c.if_index, &type), 0);
+        EXPECT_EQ(type, c.if_index >> 24);
+    }
+    EXPECT_EQ(ipacl_host_if_index_parse("veth3"), ipacl_host_if_index_num(IPACL_HOST_IF_VETH, 3));
+    for (const char *bad : {"", "eth", "eth1", "eth1/", "eth1/2/3/4", "eth1/256", "vlan70000",
+                            "vlan1x", "wlan0", "eth-1/2", "lo123456"})
+        EXPECT_EQ(ipacl_host_if_index_parse(bad), 0u) << bad;
+    EXPECT_EQ(ipacl_host_if_index(0, 1, 1, 1), 0u);
+    EXPECT_EQ(ipacl_host_if_index(IPACL_HOST_IF_ETH, 256, 0, 0), 0u);
+    EXPECT_EQ(ipacl_host_if_index_num(IPACL_HOST_IF_LO, 65536), 0u);
+}
+
+TEST(HostIfIndex, NameWritesAtMostTheSizeGiven) {
+    uint32_t eth = ipacl_host_if_index(IPACL_HOST_IF_ETH, 12, 3, 200);  // "eth12/3/200"
+    char buf[16];
+    memset(buf, '#', sizeof buf);
+    EXPECT_EQ(snprintf_if_index(buf, 5, eth), 11);
+    EXPECT_STREQ(buf, "eth1");
+    EXPECT_EQ(buf[5], '#');
+    memset(buf, '#', sizeof buf);
+    EXPECT_EQ(snprintf_if_index(buf, 0, eth), 11);
+    EXPECT_EQ(buf[0], '#');
+    EXPECT_EQ(snprintf_if_index(nullptr, 40, eth), 11);
+    EXPECT_EQ(snprintf_if_index(buf, 1, eth), 11);
+    EXPECT_STREQ(buf, "");
+    // Indexes that name no interface still get a recognisable name.
+    EXPECT_EQ(name_of(0), "ifindex-0x00000000");
+    EXPECT_EQ(name_of(0x0c000001), "ifindex-0x0c000001");
+}
+
+TEST(HostIfIndex, TypesAndTheManagementPortAgree) {
+    uint8_t type = 0xee, first = 0xee, second = 0xee;
+    EXPECT_EQ(if_index_get_type(0, &type), int(IPACL_HOST_IF_E_NOENT));
+    EXPECT_EQ(if_index_get_type(0x0c000000, &type), int(IPACL_HOST_IF_E_NOENT));
+    EXPECT_EQ(if_index_get_type(0xff000000, &type), int(IPACL_HOST_IF_E_NOENT));
+    EXPECT_EQ(type, 0xee);  // untouched on failure
+    EXPECT_EQ(if_index_get_type(0x01000000, nullptr), int(IPACL_HOST_IF_E_INVAL));
+
+    // The port the service builds for supervisor s, port 0, reports s and 0
+    // back, which is what the quen binding check accepts.
+    for (uint32_t sup : {1u, 2u, 255u}) {
+        uint32_t built = 0;
+        ASSERT_EQ(if_index_mgmt_sup_port_init(&built, sup, 0), 0);
+        ASSERT_EQ(if_index_get_type(built, &type), 0);
+        EXPECT_EQ(type, IPACL_HOST_IF_MGMT);
+        ASSERT_EQ(if_index_mgmt_sup_get_fields(built, &first, &second), 0);
+        EXPECT_EQ(first, sup);
+        EXPECT_EQ(second, 0);
+        EXPECT_EQ(ipacl_host_if_index_parse(name_of(built).c_str()), built);
+    }
+    uint32_t second_port = 0;
+    ASSERT_EQ(if_index_mgmt_sup_port_init(&second_port, 1, 1), 0);
+    ASSERT_EQ(if_index_mgmt_sup_get_fields(second_port, &first, &second), 0);
+    EXPECT_EQ(second, 1);
+    EXPECT_EQ(name_of(second_port), "mgmt1/1");
+
+    uint32_t untouched = 77;
+    EXPECT_EQ(if_index_mgmt_sup_port_init(&untouched, 0, 0), int(IPACL_HOST_IF_E_INVAL));
+    EXPECT_EQ(if_index_mgmt_sup_port_init(&untouched, 256, 0), int(IPACL_HOST_IF_E_INVAL));
+    EXPECT_EQ(if_index_mgmt_sup_port_init(&untouched, 1, 256), int(IPACL_HOST_IF_E_INVAL));
+    EXPECT_EQ(if_index_mgmt_sup_port_init(nullptr, 1, 0), int(IPACL_HOST_IF_E_INVAL));
+    EXPECT_EQ(untouched, 77u);
+    EXPECT_EQ(if_index_mgmt_sup_get_fields(ipacl_host_if_index(IPACL_HOST_IF_ETH, 1, 0, 0), &first,
+                                           &second),
+              int(IPACL_HOST_IF_E_NOTMGMT));
+    EXPECT_EQ(if_index_mgmt_sup_get_fields(0, &first, &second), int(IPACL_HOST_IF_E_NOENT));
+    EXPECT_EQ(if_index_mgmt_sup_get_fields(second_port, nullptr, &second),
+              int(IPACL_HOST_IF_E_INVAL));
+}
+
+TEST(HostIfIndex, BoundedCopyTruncatesAndTerminates) {
+    char buf[8];
+    memset(buf, '#', sizeof buf);
+    EXPECT_EQ(__strcpy_to_buf(buf, "abcdefghij", 5), buf);
+    EXPECT_STREQ(buf, "abcd");
+    EXPECT_EQ(buf[5], '#');
+    __strcpy_to_buf(buf, "ab", 8);
+    EXPECT_STREQ(buf, "ab");
+    memset(buf, '#', sizeof buf);
+    __strcpy_to_buf(buf, "abc", 1);
+    EXPECT_STREQ(buf, "");
+    memset(buf, '#', sizeof buf);
+    __strcpy_to_buf(buf, "abc", 0);
+    EXPECT_EQ(buf[0], '#');
+    __strcpy_to_buf(buf, nullptr, 8);
+    EXPECT_STREQ(buf, "");
+    // The source need not be terminated within the bound.
+    const char unterminated[4] = {'w', 'x', 'y', 'z'};
+    __strcpy_to_buf(buf, unterminated, 4);
+    EXPECT_STREQ(buf, "wxy");
+}
+
+// The record the library writes for an internal error: subtype, then text.
+std::vector<uint8_t> subtype_record(uint32_t subtype, const char *text) {
+    std::vector<uint8_t> r(4 + strlen(text) + 1);
+    memcpy(r.data(), &subtype, 4);
+    memcpy(r.data() + 4, text, strlen(text) + 1);
+    return r;
+}
+
+std::string dump_history() {
+    FILE *f = tmpfile();
+    ipacl_host_hist_dump(f);
+    rewind(f);
+    std::string out;
+    for (int ch; (ch = fgetc(f)) != EOF;) out += static_cast<char>(ch);
+    fclose(f);
+    return out;
+}
+
+TEST(HostHistory, KeepsTheLastEventsInABoundedRing) {
+    ipacl_host_hist_clear();
+    ipacl_host_hist_enable(1);
+    EXPECT_EQ(tivra_hist_event_subtype_check(0x730000, 100), 0);
+    auto rec = subtype_record(100, "impossible address type in is_prefix_any(): 7\n");
+    ASSERT_EQ(tivra_hist_event(0x730000, rec.size(), rec.data()), 0);
+    EXPECT_EQ(ipacl_host_hist_count(), 1u);
+    ipacl_host_hist_entry e;
+    ASSERT_EQ(ipacl_host_hist_get(0, &e), 0);
+    EXPECT_EQ(e.event, 0x730000u);
+    EXPECT_EQ(e.length, rec.size());
+    EXPECT_EQ(0, memcmp(e.record, rec.data(), rec.size()));
+    EXPECT_NE(dump_history().find("event 0x730000 length 51 subtype 100: impossible address type "
+                                  "in is_prefix_any(): 7\n"),
+              std::string::npos)
+        << dump_history();
+
+    uint64_t first_seq = e.seq;
+    for (uint32_t i = 0; i < IPACL_HOST_HIST_CAPACITY + 44; ++i) tivra_hist_event(1, 4, &i);
+    EXPECT_EQ(ipacl_host_hist_count(), IPACL_HOST_HIST_CAPACITY);
+    ASSERT_EQ(ipacl_host_hist_get(0, &e), 0);  // the oldest kept
+    uint32_t value;
+    memcpy(&value, e.record, 4);
+    EXPECT_EQ(value, 44u);  // the first event and 44 more were pushed out
+    EXPECT_EQ(e.seq, first_seq + 45);
+    EXPECT_NE(ipacl_host_hist_get(IPACL_HOST_HIST_CAPACITY, &e), 0);
+    EXPECT_EQ(errno, EINVAL);
+
+    // A record longer than an entry holds keeps its length and a prefix.
+    std::vector<uint8_t> big(2000, 0xab);
+    ASSERT_EQ(tivra_hist_event(2, big.size(), big.data()), 0);
+    ASSERT_EQ(ipacl_host_hist_get(ipacl_host_hist_count() - 1, &e), 0);
+    EXPECT_EQ(e.length, 2000u);
+    EXPECT_EQ(e.kept, IPACL_HOST_HIST_RECORD);
+    EXPECT_NE(dump_history().find("length 2000: ab ab"), std::string::npos);
+    EXPECT_NE(tivra_hist_event(3, 4, nullptr), 0);
+
+    ipacl_host_hist_enable(0);
+    EXPECT_NE(tivra_hist_event_subtype_check(0x730000, 100), 0);
+    ipacl_host_hist_clear();
+    tivra_hist_event(1, 4, &value);
+    EXPECT_EQ(ipacl_host_hist_count(), 0u);
+    ipacl_host_hist_enable(1);
+}
+
+// What zlogf wrote to standard error while fn ran.
+template <typename Fn>
+std::string stderr_of(Fn fn) {
+    fflush(stderr);
+    FILE *capture = tmpfile();
+    int saved = dup(STDERR_FILENO);
+    dup2(fileno(capture), STDERR_FILENO);
+    fn();
+    dup2(saved, STDERR_FILENO);
+    close(saved);
+    rewind(capture);
+    std::string out;
+    for (int ch; (ch = fgetc(capture)) != EOF;) out += static_cast<char>(ch);
+    fclose(capture);
+    return out;
+}
+
+TEST(HostDebugPrint, FollowsTheEnvironmentAndLevel) {
+    EXPECT_STREQ(tivra_dbg_modname, "ipacl");
+    setenv("IPACL_DEBUG", "0", 1);
+    ipacl_host_debug_set(-1);
+    EXPECT_EQ(tivra_chk_int(100, 0, 0, 1), 0);
+    EXPECT_EQ(stderr_of([] { zlogf(1, tivra_dbg_modname, 0, "quiet %d\n", 1); }), "");
+
+    setenv("IPACL_DEBUG", "1", 1);
+    ipacl_host_debug_set(-1);
+    EXPECT_NE(tivra_chk_int(100, 0, 0, 1), 0);
+    EXPECT_EQ(tivra_chk_int(100, 0, 0, 2), 0);
+    EXPECT_EQ(
+        stderr_of([] {
+            zlogf(1, tivra_dbg_modname, 0,
+                  "impossible prefix format in ipacl_str_inet_addr(): %d\n", 9);
+            zlogf(2, "acl", 0, "too detailed");
+            zlogf(1, "acl", 0, "no newline %s", "given");
+        }),
+        "ipacl: impossible prefix format in ipacl_str_inet_addr(): 9\nacl: no newline given\n");
+    std::string long_text(3000, 'x');
+    std::string out = stderr_of([&] { zlogf(1, "m", 0, "%s", long_text.c_str()); });
+    EXPECT_EQ(out.size(), 1023u);
+    EXPECT_EQ(out.back(), '\n');
+
+    for (const char *off : {"", "no", "-3", "1x"}) {
+        setenv("IPACL_DEBUG", off, 1);
+        ipacl_host_debug_set(-1);
+        EXPECT_EQ(ipacl_host_debug_level(), 0) << off;
+    }
+    unsetenv("IPACL_DEBUG");
+    ipacl_host_debug_set(3);
+    EXPECT_NE(tivra_chk_int(100, 0, 0, 3), 0);
+    ipacl_host_debug_set(0);
+    EXPECT_EQ(tivra_chk_int(100, 0, 0, 1), 0);
+}
+
+// A manager, a client and a standby in one process: sends of this size never
+// block, so one thread can play all three.
+class HostVel : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        ASSERT_EQ(ipacl_host_open(IPACL_HOST_SERVICE_ACL, 0, &manager), 0) << strerror(errno);
+        ASSERT_EQ(ipacl_host_open(0, 0, &client), 0);
+    }
+    void TearDown() override {
+        if (standby) ipacl_host_close(standby);
+        ipacl_host_close(client);
+        ipacl_host_close(manager);
+        ipacl_host_stats stats{};
+        uint32_t probe;
+        ASSERT_EQ(ipacl_host_open(0, 0, &probe), 0);
+        ipacl_host_stats_get(probe, &stats);
+        ipacl_host_close(probe);
+        EXPECT_EQ(stats.held, 0u) << "received messages were not dropped";
+    }
+
+    // Sends a request the way the request-response wrapper does and returns
+    // its token.
+    uint32_t request(uint32_t opcode, const std::string &text) {
+        uint8_t rr[IPACL_HOST_HANDLE_AREA] = {};
+        EXPECT_EQ(vel_send(client, 0xfe000000, 98, opcode, text.data(), text.size(), rr, 0, 0), 0);
+        uint32_t token = vel_rr_token_get(rr);
+        EXPECT_EQ(vel_drop(client, rr), 0);
+        return token;
+    }
+
+    static std::string payload_of(void *area) {
+        return std::string(static_cast<char *>(vel_payload_get(area)), vel_payload_size(area));
+    }
+
+    static int recv_answer(uint32_t handle, uint32_t token, void *area, uint32_t limit = 10) {
+        uint32_t options[10] = {1, 0, limit, token};
+        return vel_recv(handle, area, options);
+    }
+
+    EndpointDir dir;
+    uint32_t manager = 0, client = 0, standby = 0;
+};
+
+TEST_F(HostVel, RequestReachesTheManagerAndTheAnswerItsRequester) {
+    uint32_t token = request(0x1234, "add filter");
+    EXPECT_NE(token, 0u);
+
+    uint8_t in[IPACL_HOST_HANDLE_AREA];
+    ASSERT_EQ(ipacl_host_accept(manager, in, 1000), 0) << strerror(errno);
+    ipacl_host_msg_info info;
+    ASSERT_EQ(ipacl_host_msg_info_get(in, &info), 0);
+    EXPECT_EQ(info.kind, uint32_t(IPACL_HOST_MSG_REQUEST));
+    EXPECT_EQ(info.opcode, 0x1234u);
+    EXPECT_EQ(info.service, 98u);
+    EXPECT_EQ(info.awaited, 1u);
+    EXPECT_EQ(info.size, 10u);
+    EXPECT_EQ(payload_of(in), "add filter");
+    uint32_t answer_token = vel_rr_token_get(in);
+    EXPECT_EQ(answer_token, info.token);
+    ASSERT_EQ(vel_send(manager, 0xfe000000, 0, 0, "done", 4, nullptr, answer_token, 0), 0);
+    ASSERT_EQ(vel_drop(manager, in), 0);
+    // Answered once: the token is spent.
+    EXPECT_NE(vel_send(manager, 0xfe000000, 0, 0, "again", 5, nullptr, answer_token, 0), 0);
+    EXPECT_EQ(errno, ENOENT);
+
+    uint8_t out[IPACL_HOST_HANDLE_AREA] = {};
+    ASSERT_EQ(recv_answer(client, token, out), 0) << strerror(errno);
+    EXPECT_EQ(payload_of(out), "done");
+    ASSERT_EQ(ipacl_host_msg_info_get(out, &info), 0);
+    EXPECT_EQ(info.kind, uint32_t(IPACL_HOST_MSG_ANSWER));
+    EXPECT_EQ(info.token, token);
+    EXPECT_EQ(vel_rr_token_get(out), token);
+    EXPECT_EQ(vel_drop(client, out), 0);
+}
+
+TEST_F(HostVel, AnswersAreMatchedByTokenWhateverTheirOrder) {
+    uint32_t first = request(1, "one");
+    uint32_t second = request(2, "two");
+    EXPECT_NE(first, second);
+    uint8_t a[IPACL_HOST_HANDLE_AREA], b[IPACL_HOST_HANDLE_AREA];
+    ASSERT_EQ(ipacl_host_accept(manager, a, 1000), 0);
+    ASSERT_EQ(ipacl_host_accept(manager, b, 1000), 0);
+    // Answer the second request first.
+    ASSERT_EQ(vel_send(manager, 0xfe000000, 0, 0, "re:two", 6, nullptr, vel_rr_token_get(b), 0), 0);
+    ASSERT_EQ(vel_send(manager, 0xfe000000, 0, 0, "re:one", 6, nullptr, vel_rr_token_get(a), 0), 0);
+    vel_drop(manager, a);
+    vel_drop(manager, b);
+
+    uint8_t out[IPACL_HOST_HANDLE_AREA];
+    ASSERT_EQ(recv_answer(client, first, out), 0);
+    EXPECT_EQ(payload_of(out), "re:one");
+    vel_drop(client, out);
+    ASSERT_EQ(recv_answer(client, second, out), 0);
+    EXPECT_EQ(payload_of(out), "re:two");
+    vel_drop(client, out);
+    // Both taken: nothing is pending under either token.
+    EXPECT_NE(recv_answer(client, first, out, 0), 0);
+    EXPECT_EQ(errno, ENOENT);
+}
+
+TEST_F(HostVel, UpdatesWithoutTokenGoToTheStandby) {
+    // No standby registered yet.
+    EXPECT_NE(vel_send(manager, 0xfe000000, 0, 7, "sync", 4, nullptr, 0, 0), 0);
+    EXPECT_EQ(errno, ECONNREFUSED);
+    ASSERT_EQ(ipacl_host_open(98, IPACL_HOST_STANDBY, &standby), 0);
+    ASSERT_EQ(vel_send(manager, 0xfe000000, 0, 7, "sync", 4, nullptr, 0, 0), 0);
+    uint8_t in[IPACL_HOST_HANDLE_AREA];
+    ASSERT_EQ(ipacl_host_accept(standby, in, 1000), 0);
+    ipacl_host_msg_info info;
+    ASSERT_EQ(ipacl_host_msg_info_get(in, &info), 0);
+    EXPECT_EQ(info.service, 0u);
+    EXPECT_EQ(info.opcode, 7u);
+    EXPECT_EQ(info.awaited, 0u);
+    EXPECT_EQ(payload_of(in), "sync");
+    vel_drop(standby, in);
+    // The standby is not the manager: requests to 98 do not reach it.
+    request(1, "req");
+    EXPECT_NE(ipacl_host_accept(standby, in, 0), 0);
+    EXPECT_EQ(errno, ETIMEDOUT);
+    ASSERT_EQ(ipacl_host_accept(manager, in, 1000), 0);
+    vel_drop(manager, in);
+}
+
+TEST_F(HostVel, LargeAndEmptyPayloadsArriveWhole) {
+    // Two frames; much more would fill the socket with nobody reading.
+    std::string big(70 * 1024 + 17, '\0');
+    for (size_t i = 0; i < big.size(); ++i) big[i] = static_cast<char>(i * 7 + i / 251);
+    uint32_t token = request(5, big);
+    uint8_t in[IPACL_HOST_HANDLE_AREA];
+    ASSERT_EQ(ipacl_host_accept(manager, in, 2000), 0);
+    EXPECT_EQ(payload_of(in), big);
+    ASSERT_EQ(vel_send(manager, 0xfe000000, 0, 0, nullptr, 0, nullptr, vel_rr_token_get(in), 0), 0);
+    vel_drop(manager, in);
+    uint8_t out[IPACL_HOST_HANDLE_AREA];
+    ASSERT_EQ(recv_answer(client, token, out), 0);
+    EXPECT_EQ(vel_payload_size(out), 0u);
+    EXPECT_NE(vel_payload_get(out), nullptr);
+    vel_drop(client, out);
+}
+
+TEST_F(HostVel, BadCallsFailWithErrno) {
+    char byte = 0;
+    uint8_t area[IPACL_HOST_HANDLE_AREA] = {};
+    uint32_t options[10] = {1, 0, 1, 12345};
+    struct Expect {
+        int rc;
+        int error;
+    };
+    auto check = [](int rc, int error, int line) {
+        EXPECT_EQ(rc, -1) << "line " << line;
+        EXPECT_EQ(errno, error) << "line " << line << ": " << strerror(errno);
+    };
+    check(vel_send(0, 0xfe000000, 98, 1, &byte, 1, nullptr, 0, 0), EBADF, __LINE__);
+    check(vel_send(client + 4096, 0xfe000000, 98, 1, &byte, 1, nullptr, 0, 0), EBADF, __LINE__);
+    check(vel_send(client, 0xfe000000, 98, 1, &byte, 1, nullptr, 0, 1), EINVAL, __LINE__);
+    check(vel_send(client, 0xfe000000, 98, 1, nullptr, 1, nullptr, 0, 0), EINVAL, __LINE__);
+    check(vel_send(client, 0xfe000000, 98, 1, &byte, IPACL_HOST_MAX_PAYLOAD + 1, nullptr, 0, 0),
+          EMSGSIZE, __LINE__);
+    check(vel_send(client, 0xfe000000, 97, 1, &byte, 1, nullptr, 0, 0), ECONNREFUSED, __LINE__);
+    check(vel_send(manager, 0xfe000000, 0, 0, &byte, 1, nullptr, 999, 0), ENOENT, __LINE__);
+    check(vel_recv(client, area, options), ENOENT, __LINE__);
+    check(vel_recv(client, nullptr, options), EINVAL, __LINE__);
+    check(vel_recv(client, area, nullptr), EINVAL, __LINE__);
+    options[0] = 7;
+    check(vel_recv(client, area, options), EINVAL, __LINE__);
+    options[0] = 1;
+    options[3] = 0;
+    check(vel_recv(client, area, options), EINVAL, __LINE__);
+    check(ipacl_host_accept(manager, nullptr, 0), EINVAL, __LINE__);
+    check(ipacl_host_accept(manager, area, 0), ETIMEDOUT, __LINE__);
+    check(ipacl_host_set_wait_unit(client, 0), EINVAL, __LINE__);
+    check(ipacl_host_close(0x7ffff), EBADF, __LINE__);
+
+    // A cleared area, a forged one and a released one are all refused.
+    check(vel_drop(client, area), EINVAL, __LINE__);
+    EXPECT_EQ(vel_payload_get(area), nullptr);
+    EXPECT_EQ(vel_payload_size(area), 0u);
+    EXPECT_EQ(vel_rr_token_get(area), 0u);
+    request(3, "x");
+    ASSERT_EQ(ipacl_host_accept(manager, area, 1000), 0);
+    uint8_t copy[IPACL_HOST_HANDLE_AREA];
+    memcpy(copy, area, sizeof copy);
+    ASSERT_EQ(vel_drop(manager, area), 0);
+    check(vel_drop(manager, copy), EINVAL, __LINE__);
+    EXPECT_EQ(vel_payload_get(copy), nullptr);
+    ipacl_host_msg_info info;
+    check(ipacl_host_msg_info_get(copy, &info), EINVAL, __LINE__);
+    copy[12] ^= 1;  // another slot
+    check(vel_drop(manager, copy), EINVAL, __LINE__);
+}
+
+TEST_F(HostVel, WaitLimitIsInUnitsOfTheEndpoint) {
+    uint32_t token = request(1, "slow");
+    ASSERT_EQ(ipacl_host_set_wait_unit(client, 20), 0);
+    uint8_t out[IPACL_HOST_HANDLE_AREA];
+    auto started = std::chrono::steady_clock::now();
+    EXPECT_NE(recv_answer(client, token, out, 10), 0);  // 10 x 20 ms
+    EXPECT_EQ(errno, ETIMEDOUT);
+    auto waited = std::chrono::steady_clock::now() - started;
+    EXPECT_GE(waited, std::chrono::milliseconds(190));
+    EXPECT_LT(waited, std::chrono::seconds(5));
+    // A late answer is still delivered to a later wait for the same token.
+    uint8_t in[IPACL_HOST_HANDLE_AREA];
+    ASSERT_EQ(ipacl_host_accept(manager, in, 1000), 0);
+    ASSERT_EQ(vel_send(manager, 0xfe000000, 0, 0, "late", 4, nullptr, vel_rr_token_get(in), 0), 0);
+    vel_drop(manager, in);
+    ASSERT_EQ(recv_answer(client, token, out, 10), 0);
+    EXPECT_EQ(payload_of(out), "late");
+    vel_drop(client, out);
+}
+
+TEST_F(HostVel, ANameIsServedOnceAndStaleOnesAreReplaced) {
+    uint32_t second = 0;
+    EXPECT_NE(ipacl_host_open(98, 0, &second), 0);
+    EXPECT_EQ(errno, EADDRINUSE);
+    // A socket file left by a process that died without closing.
+    int fd = socket(AF_UNIX, SOCK_SEQPACKET, 0);
+    sockaddr_un addr{};
+    addr.sun_family = AF_UNIX;
+    snprintf(addr.sun_path, sizeof addr.sun_path, "%s", dir.socket("svc-99").c_str());
+    ASSERT_EQ(bind(fd, reinterpret_cast<sockaddr *>(&addr), sizeof addr), 0);
+    close(fd);
+    ASSERT_EQ(ipacl_host_open(99, 0, &second), 0) << strerror(errno);
+    struct stat st;
+    EXPECT_EQ(stat(dir.socket("svc-99").c_str(), &st), 0);
+    ASSERT_EQ(ipacl_host_close(second), 0);
+    EXPECT_NE(stat(dir.socket("svc-99").c_str(), &st), 0);  // unregistered
+    EXPECT_NE(ipacl_host_close(second), 0);                 // stale handle
+    EXPECT_EQ(errno, EBADF);
+}
+
+TEST(HostDir, OnlyAPrivateDirectoryIsUsed) {
+    char tmpl[] = "/tmp/ipacl-host-dir-XXXXXX";
+    ASSERT_NE(mkdtemp(tmpl), nullptr);
+    std::string base = tmpl;
+    uint32_t h = 0;
+
+    std::string fresh = base + "/new";
+    setenv("IPACL_HOST_DIR", fresh.c_str(), 1);
+    mode_t old_mask = umask(0);
+    ASSERT_EQ(ipacl_host_open(98, 0, &h), 0) << strerror(errno);
+    umask(old_mask);
+    struct stat st;
+    ASSERT_EQ(lstat(fresh.c_str(), &st), 0);
+    EXPECT_EQ(st.st_mode & 0777, 0700u);
+    char shown[128];
+    ASSERT_EQ(ipacl_host_dir(shown, sizeof shown), 0);
+    EXPECT_EQ(fresh, shown);
+    ipacl_host_close(h);
+
+    ASSERT_EQ(chmod(fresh.c_str(), 0750), 0);
+    EXPECT_NE(ipacl_host_open(98, 0, &h), 0);
+    EXPECT_EQ(errno, EACCES);
+    ASSERT_EQ(chmod(fresh.c_str(), 0700), 0);
+
+    std::string link = base + "/link";
+    ASSERT_EQ(symlink(fresh.c_str(), link.c_str()), 0);
+    setenv("IPACL_HOST_DIR", link.c_str(), 1);
+    EXPECT_NE(ipacl_host_open(0, 0, &h), 0);
+    EXPECT_EQ(errno, EACCES);
+
+    setenv("IPACL_HOST_DIR", fresh.c_str(), 1);
+    if (geteuid() == 0) {  // only root can hand the directory to another user
+        ASSERT_EQ(chown(fresh.c_str(), host_test::nobody_uid(), host_test::nobody_gid()), 0);
+        EXPECT_NE(ipacl_host_open(0, 0, &h), 0);
+        EXPECT_EQ(errno, EACCES);
+    }
+
+    std::string too_long = base + "/" + std::string(120, 'd');
+    setenv("IPACL_HOST_DIR", too_long.c_str(), 1);
+    EXPECT_NE(ipacl_host_open(98, 0, &h), 0);
+    EXPECT_EQ(errno, ENAMETOOLONG);
+    rmdir(too_long.c_str());
+
+    unsetenv("IPACL_HOST_DIR");
+    unlink(link.c_str());
+    rmdir(fresh.c_str());
+    rmdir(base.c_str());
+}
+
+}  // namespace
