@@ -10,41 +10,21 @@
 
 #include "platform/vel.h"
 #include "platform_double.h"
+#include "vel_expect.h"
 
 namespace {
 
 using Bytes = std::vector<uint8_t>;
+using ipacl_double::fail_send;
 using ipacl_double::platform;
 
 class WrapVel : public ::testing::Test {
   protected:
     void SetUp() override { ipacl_double::reset(); }
-
-    // Makes the next vel_send fail with `code` in errno.
-    static void fail_send(int code) {
-        platform().send_rc = -1;
-        platform().send_errno = code;
-    }
 };
 
-// What every vel_send must have received; node and flags never vary.
-struct Sent {
-    uint32_t handle, service, opcode, size;
-    void *rr_handle;
-    uint32_t token;
-};
-
-void expect_sent(const ipacl_double::VelSendCall &call, const Sent &want) {
-    EXPECT_EQ(call.handle, want.handle);
-    EXPECT_EQ(call.node, 0xfe000000u);
-    EXPECT_EQ(call.service, want.service);
-    EXPECT_EQ(call.opcode, want.opcode);
-    EXPECT_EQ(call.size, want.size);
-    EXPECT_EQ(call.payload.size(), want.size);
-    EXPECT_EQ(call.rr_handle, want.rr_handle);
-    EXPECT_EQ(call.token, want.token);
-    EXPECT_EQ(call.flags, 0u);
-}
+using ipacl_double::expect_sent;
+using ipacl_double::Sent;
 
 ipacl_vel_msg message(uint32_t opcode, void *payload, uint32_t size) {
     ipacl_vel_msg msg;
