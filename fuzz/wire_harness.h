@@ -1,0 +1,41 @@
+// One engine for every converter fuzz target: the target supplies its table
+// of converter pairs, the engine picks one from the input and checks it
+// against the reference model of wire_model.h.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "wire_model.h"
+
+namespace wire_fuzz {
+
+using Converter = void (*)(uint8_t *src, uint8_t *dst);
+
+struct Pair {
+    const char *stem;
+    const wire_model::Layout *layout;
+    Converter hton;  // nullptr for receive-only records
+    Converter ntoh;
+};
+
+// Input: [pair selector][mode: bit 0 = start from network order][record].
+void run(const Pair *pairs, size_t count, const uint8_t *data, size_t size);
+
+}  // namespace wire_fuzz
+
+// A pair of exported converters of the record type ipacl_<stem>.
+#define WIRE_PAIR(stem)                                                        \
+    wire_fuzz::Pair {                                                          \
+#stem, &wire_model::stem,                                                    \
+            [](uint8_t *s, uint8_t *d) { ipacl_hton_##stem((ipacl_##stem *)s, (ipacl_##stem *)d); }, \
+            [](uint8_t *s, uint8_t *d) { ipacl_ntoh_##stem((ipacl_##stem *)s, (ipacl_##stem *)d); } \
+    }
+
+// A receive-only record: network-to-host converter alone.
+#define WIRE_NTOH_ONLY(stem)                                                             \
+    wire_fuzz::Pair {                                                                    \
+#stem, &wire_model::stem, nullptr,                                               \
+            [](uint8_t * s,                                                              \
+               uint8_t * d) { ipacl_ntoh_##stem((ipacl_##stem *)s, (ipacl_##stem *)d); } \
+    }
