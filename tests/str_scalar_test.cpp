@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 #include <ipacl/ipacl.h>
 
+#include <cctype>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
-#include <regex>
 #include <string>
 
 #include "platform/tivra.h"
@@ -176,13 +176,24 @@ TEST_F(StrScalar, UnknownIpv4FormatIsReportedAndPrintsQuestionMarks) {
         "impossible prefix format in ipacl_str_inet_addr(): -3\n");
 }
 
+// True when `text` has the shape of `pattern`: '9' stands for any digit,
+// every other character for itself.
+bool has_shape(const char *text, const char *pattern) {
+    for (; *pattern; ++text, ++pattern) {
+        if (*pattern == '9' ? !isdigit(static_cast<unsigned char>(*text)) : *text != *pattern)
+            return false;
+    }
+    return *text == '\0';
+}
+
 TEST_F(StrScalar, ClockTexts) {
     char buf[IPACL_STR_SIZE];
     EXPECT_EQ(ipacl_str_time(buf), 11u);
-    EXPECT_TRUE(std::regex_match(buf, std::regex("[0-5][0-9][0-9]:[0-9]{3}:[0-9]{3}"))) << buf;
+    EXPECT_TRUE(has_shape(buf, "999:999:999")) << buf;
     EXPECT_EQ(buf[0], '0');  // seconds of a minute
     EXPECT_EQ(ipacl_str_time_stamp(buf), 8u);
-    EXPECT_TRUE(std::regex_match(buf, std::regex("[0-2][0-9]:[0-5][0-9]:[0-6][0-9]"))) << buf;
+    EXPECT_TRUE(has_shape(buf, "99:99:99")) << buf;
+    EXPECT_LT(atoi(buf), 24);
 }
 
 TEST_F(StrScalar, DateWithoutNewline) {
