@@ -8,17 +8,12 @@
 
 #include <ipacl/ipacl.h>
 
+#include "capture_stdout.h"
 #include "platform_double.h"
 
 namespace {
 
-template <typename Fn>
-std::string output_of(Fn fn) {
-    testing::internal::CaptureStdout();
-    fn();
-    fflush(stdout);
-    return testing::internal::GetCapturedStdout();
-}
+using ipacl_double::output_of;
 
 void set4(void *field, uint8_t a, uint8_t b, uint8_t c, uint8_t d) {
     const uint8_t bytes[4] = {a, b, c, d};

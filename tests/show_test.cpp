@@ -11,6 +11,7 @@
 
 #include <ipacl/ipacl.h>
 
+#include "capture_stdout.h"
 #include "platform_double.h"
 
 namespace {
@@ -18,13 +19,7 @@ namespace {
 // "Fri Jan  1 13:05:09 1971" in UTC.
 constexpr uint32_t kCreated = 31583109;
 
-template <typename Fn>
-std::string output_of(Fn fn) {
-    testing::internal::CaptureStdout();
-    fn();
-    fflush(stdout);
-    return testing::internal::GetCapturedStdout();
-}
+using ipacl_double::output_of;
 
 ipacl_inet_addr prefix(int family, const char *text, uint32_t len) {
     ipacl_inet_addr p{};
