@@ -5,10 +5,11 @@ include(CMakePackageConfigHelpers)
 
 set_target_properties(ipacl_static PROPERTIES EXPORT_NAME ipacl_static)
 install(TARGETS ipacl ipacl_static EXPORT ipaclTargets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
-  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ipacl DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES ${PROJECT_BINARY_DIR}/include/ipacl/version.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ipacl)
 # The platform declarations, for those who write a platform of their own.
 install(FILES ${PROJECT_SOURCE_DIR}/platform/vel.h ${PROJECT_SOURCE_DIR}/platform/if_index.h
               ${PROJECT_SOURCE_DIR}/platform/tivra.h
@@ -30,3 +31,13 @@ configure_file(${PROJECT_SOURCE_DIR}/cmake/ipacl-platform-host.pc.in
   ${PROJECT_BINARY_DIR}/ipacl-platform-host.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/ipacl.pc ${PROJECT_BINARY_DIR}/ipacl-platform-host.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# Files installed without a component of their own are development files;
+# the shared libraries go to "runtime", the program to "tools" (see cpack.cmake).
+if(TARGET ipacl_tool)
+  install(TARGETS ipacl_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
+  install(FILES ${PROJECT_SOURCE_DIR}/docs/man/ipacl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
+    COMPONENT tools)
+endif()
+install(FILES ${PROJECT_SOURCE_DIR}/docs/man/ipacl.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3)
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)

@@ -1,8 +1,10 @@
-/* The ipacl utility library: records, checks, comparisons, byte order,
+/** @file
+ * The ipacl utility library: records, checks, comparisons, byte order,
  * memory, messaging, text and displays of the IP access-control lists. */
 #ifndef IPACL_IPACL_H
 #define IPACL_IPACL_H
 
+#include <ipacl/version.h>
 #include <ipacl/common.h>
 #include <ipacl/codes.h>
 #include <ipacl/records.h>

@@ -1,4 +1,5 @@
-/* Compile-time checks of every record's size and field offsets.  Included by
+/** @file
+ * Compile-time checks of every record's size and field offsets.  Included by
  * <ipacl/records.h>; a layout that drifts fails every build that uses it. */
 #ifndef IPACL_RECORDS_LAYOUT_H
 #define IPACL_RECORDS_LAYOUT_H

@@ -1,6 +1,6 @@
 # Installs the build tree under a scratch prefix, then builds and runs the
-# consumer project against it, once through the CMake package and once
-# through pkg-config.  Arguments: -DBUILD_DIR= -DSOURCE_DIR= -DWORK_DIR=
+# consumers against it (tests/install/consume.sh: pkg-config and the CMake
+# package, shared and static).  Arguments: -DBUILD_DIR= -DSOURCE_DIR= -DWORK_DIR=
 file(REMOVE_RECURSE ${WORK_DIR})
 set(prefix ${WORK_DIR}/prefix)
 
@@ -13,22 +13,4 @@ function(run)
 endfunction()
 
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
-
-foreach(mode config pkgconfig)
-  set(dir ${WORK_DIR}/${mode})
-  if(mode STREQUAL "pkgconfig")
-    file(GLOB_RECURSE pc ${prefix}/*/ipacl.pc)
-    get_filename_component(pcdir "${pc}" DIRECTORY)
-    set(ENV{PKG_CONFIG_PATH} ${pcdir})
-    set(extra -DUSE_PKG_CONFIG=ON)
-  else()
-    set(extra -DCMAKE_PREFIX_PATH=${prefix})
-  endif()
-  run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/tests/install/consumer -B ${dir} ${extra}
-      -DCMAKE_BUILD_RPATH=${prefix}/lib)
-  run(${CMAKE_COMMAND} --build ${dir})
-  file(GLOB libdirs LIST_DIRECTORIES true ${prefix}/lib ${prefix}/lib/*)
-  string(REPLACE ";" ":" libpath "${libdirs}")
-  set(ENV{LD_LIBRARY_PATH} ${libpath})
-  run(${dir}/consumer)
-endforeach()
+run(bash ${SOURCE_DIR}/tests/install/consume.sh ${prefix} ${WORK_DIR}/consumers)

@@ -1,6 +1,8 @@
 // ipacl: the library end to end, from the command line.
 #include "commands.h"
 
+#include <ipacl/version.h>
+
 #include <cstdio>
 
 int main(int argc, char **argv) {
@@ -10,6 +12,7 @@ int main(int argc, char **argv) {
         "ipacl"};
     app.require_subcommand(1);
     app.fallthrough(false);
+    app.set_version_flag("--version", "ipacl " IPACL_VERSION_STRING, "Print the version and exit");
 
     int status = ipacl_tool::exit_ok;
     ipacl_tool::add_demo_command(app, status);
@@ -23,6 +26,8 @@ int main(int argc, char **argv) {
     } catch (const CLI::CallForHelp &e) {
         return app.exit(e);
     } catch (const CLI::CallForAllHelp &e) {
+        return app.exit(e);
+    } catch (const CLI::CallForVersion &e) {
         return app.exit(e);
     } catch (const CLI::ParseError &e) {
         app.exit(e);
