@@ -26,7 +26,7 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libipacl1)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
   "IP access-control-list utility library (MIT)\n libipacl.so.1: records, checks, byte order, messaging and text of\n IP access-control lists, with the host platform libipacl_platform_host.so.1.")
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)  # libipacl1 declares its shlibs
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libipacl-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
