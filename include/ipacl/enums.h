@@ -390,7 +390,10 @@ typedef uint8_t ipacl_log_flag;
 /** @} */
 
 /** @{ */
-/** Fallback "%xh[<word>]" unless noted. */
+/** Write the text of `value` into `dst` and return the number of characters
+ * written.  An unnamed value prints "%xh[<word>]" (the value in hexadecimal
+ * and a word naming the enumeration) unless another form is noted beside the
+ * declaration in this header. */
 IPACL_API uint32_t ipacl_str_pm_phy_layer(uint8_t value, char *dst); /* "%u(phy-layer)" */
 IPACL_API uint32_t ipacl_str_vni_event(uint32_t value, char *dst);   /* "%u(vni-event)" */
 IPACL_API uint32_t ipacl_str_avm_event(uint32_t value, char *dst);   /* "%u(avm-event)" */

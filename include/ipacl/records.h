@@ -74,7 +74,7 @@ typedef struct ipacl_group_key {
 typedef struct ipacl_prof {
     char name[IPACL_NAME_SIZE]; /**< protocol profile (access-list) name */
     uint32_t prof_type;         /**< ipacl_prof_type */
-    uint32_t last_filter_index; /**< highest filter index given out */
+    uint32_t last_filter_index; /**< the last filter index of the profile */
     uint32_t snmp_status;       /**< ipacl_snmp_status */
 } IPACL_PACKED ipacl_prof;
 
@@ -140,22 +140,24 @@ typedef struct ipacl_data {
     uint32_t next_data;                /**< address of the next access data */
 } IPACL_PACKED ipacl_data;
 
-/** The two addresses are split so that their 16 address bytes, which neither
+/** Summary of an installed filter.
+ *
+ * The two addresses are split so that their 16 address bytes, which neither
  * converter touches, stand on their own. */
 typedef struct ipacl_data_info {
     char prof_name[IPACL_NAME_SIZE]; /**< name of the protocol profile */
     uint32_t filter_index;           /**< index of the filter in its profile */
     uint32_t order;                  /**< position of the filter in its profile */
-    uint32_t info_word_1;            /**< information word */
+    uint32_t info_word_1;            /**< carried, not interpreted */
     uint32_t src_family;             /**< source address family */
-    uint8_t src_addr[16];            /**< source prefix */
+    uint8_t src_addr[16];            /**< source address bytes, never converted */
     uint32_t src_prefix_len;         /**< source prefix length */
     uint32_t dst_family;             /**< destination address family */
-    uint8_t dst_addr[16];            /**< destination prefix */
+    uint8_t dst_addr[16];            /**< destination address bytes, never converted */
     uint32_t dst_prefix_len;         /**< destination prefix length */
     uint32_t protocol;               /**< IP protocol; -1 for any */
     uint64_t packets;                /**< packets counted */
-    uint32_t info_word_2;            /**< information word */
+    uint32_t info_word_2;            /**< carried, not interpreted */
     uint32_t rule_id;                /**< iptables rule id (IPACL_RULE_ID_NONE when none) */
 } IPACL_PACKED ipacl_data_info;
 
@@ -167,10 +169,10 @@ typedef struct ipacl_group {
     uint32_t rule_id;                     /**< iptables rule id (IPACL_RULE_ID_NONE when none) */
     char kernel_if[IPACL_KERNEL_IF_SIZE]; /**< kernel interface name */
     uint32_t access_list;                 /**< address of the access list in the manager's memory */
-    uint32_t access_intf;       /**< address of the first access intf in the manager's memory */
-    uint32_t this_group;        /**< address of this record */
-    uint32_t next_group;        /**< address of the next group of the list */
-    uint32_t next_global_group; /**< address of the next group of all lists */
+    uint32_t access_intf;                 /**< address of an access intf in the manager's memory */
+    uint32_t this_group;                  /**< address of this record */
+    uint32_t next_group;                  /**< address of the next group of the list */
+    uint32_t next_global_group;           /**< address of the next group of all lists */
 } IPACL_PACKED ipacl_group;
 
 /** Summary of an installed binding. */
@@ -214,8 +216,8 @@ typedef struct ipacl_list {
     uint8_t filter_bitmap[IPACL_LIST_SLOTS / 8];      /**< entry slots in use */
     uint32_t filter_index_by_entry[IPACL_LIST_SLOTS]; /**< filter index held by each entry slot */
     uint32_t max_filter_index;                        /**< highest filter index installed */
-    uint32_t access_data;  /**< address of the first access data in the manager's memory */
-    uint32_t access_group; /**< address of the first access group in the manager's memory */
+    uint32_t access_data;  /**< address of an access data in the manager's memory */
+    uint32_t access_group; /**< address of an access group in the manager's memory */
     uint32_t this_list;    /**< address of this record */
     uint32_t next_list;    /**< address of the next access list */
 } IPACL_PACKED ipacl_list;
@@ -227,8 +229,8 @@ typedef struct ipacl_mgmt {
     uint32_t intf_count;    /**< number of interfaces */
     uint32_t group_count;   /**< number of installed bindings */
     uint32_t access_list;   /**< address of the access list in the manager's memory */
-    uint32_t access_intf;   /**< address of the first access intf in the manager's memory */
-    uint32_t access_group;  /**< address of the first access group in the manager's memory */
+    uint32_t access_intf;   /**< address of an access intf in the manager's memory */
+    uint32_t access_group;  /**< address of an access group in the manager's memory */
     int32_t ipv6_refs;      /**< never converted */
 } IPACL_PACKED ipacl_mgmt;
 
@@ -266,7 +268,7 @@ typedef struct ipacl_ha {
 typedef struct ipacl_port_if_created_info {
     uint32_t word0; /**< carried, not interpreted */
     uint8_t byte4;  /**< carried, not interpreted */
-    uint32_t word5; /**< unaligned */
+    uint32_t word5; /**< carried, not interpreted (unaligned) */
 } IPACL_PACKED ipacl_port_if_created_info;
 
 /** Notice that a vni interface changed, with its name. */
@@ -283,7 +285,7 @@ typedef ipacl_vni_if_chg ipacl_avm_if_chg;
 
 /** An iptables rule entry: addresses, interfaces, protocol and counters. */
 typedef struct ipacl_ipt_entry {
-    uint32_t src;                              /**< network order */
+    uint32_t src;                              /**< source address, network order */
     uint32_t dst;                              /**< destination address */
     uint32_t src_mask;                         /**< source mask */
     uint32_t dst_mask;                         /**< destination mask */
@@ -304,11 +306,11 @@ typedef struct ipacl_ipt_entry {
 
 /** A row of the iptables chain list: chain, policy and counter. */
 typedef struct ipacl_ipt_chain {
-    uint32_t entry;                      /**< rule entry */
+    uint32_t entry;                      /**< entry number of the chain */
     char chain[IPACL_CHAIN_NAME_SIZE];   /**< iptables chain name */
     char policy[IPACL_TARGET_NAME_SIZE]; /**< policy target of a built-in chain; empty for a user
                                             chain */
-    uint64_t packets;                    /**< unaligned */
+    uint64_t packets;                    /**< packets counted (unaligned) */
 } IPACL_PACKED ipacl_ipt_chain;
 
 /** Summary of an iptables rule: number, entry and target. */
@@ -342,7 +344,7 @@ typedef struct ipacl_ipt_udp {
 
 /** The iptables icmp match: type and range of codes. */
 typedef struct ipacl_ipt_icmp {
-    uint8_t icmp_type; /**< ICMP type; IPACL_ICMP_TYPE_ANY when not set */
+    uint8_t icmp_type; /**< ICMP type */
     uint8_t code_low;  /**< lowest ICMP code */
     uint8_t code_high; /**< highest ICMP code */
     uint8_t inv_flags; /**< which tests are inverted */
@@ -375,7 +377,7 @@ typedef union ipacl_match_info {
     ipacl_ipt_tcp tcp;   /**< tcp match */
     ipacl_ipt_udp udp;   /**< udp match */
     ipacl_ipt_icmp icmp; /**< icmp match */
-    ipacl_ipt_tos tos;   /**< ipacl_tos */
+    ipacl_ipt_tos tos;   /**< tos match */
     ipacl_ipt_log log;   /**< log target */
     uint8_t raw[32];     /**< the bytes as they are */
 } IPACL_PACKED ipacl_match_info;
@@ -395,12 +397,12 @@ typedef struct ipacl_ipt_rule {
     uint32_t rule_num;                       /**< rule number in its chain */
     ipacl_ipt_entry entry;                   /**< rule entry */
     char target[IPACL_TARGET_NAME_SIZE];     /**< target name */
-    uint32_t match_count;                    /**< unaligned */
+    uint32_t match_count;                    /**< matches in use (unaligned) */
     ipacl_match matches[IPACL_RULE_MATCHES]; /**< the matches */
 } IPACL_PACKED ipacl_ipt_rule;
 
 /* ---- messages ---------------------------------------------------------- */
-/** Header words that this library only carries are named word<offset>. */
+/* Header words that this library only carries are named word<offset>. */
 
 /** Access (query) request: reads the manager's tables. */
 typedef struct ipacl_access_req {
@@ -556,7 +558,7 @@ typedef struct ipacl_filter_sync_op {
     uint32_t word0;          /**< carried, not interpreted */
     uint32_t word4;          /**< carried, not interpreted */
     ipacl_filter filter;     /**< the filter */
-    uint32_t count;          /**< unaligned */
+    uint32_t count;          /**< number of keys that follow (unaligned) */
     ipacl_filter_key keys[]; /**< filter keys */
 } IPACL_PACKED ipacl_filter_sync_op;
 
@@ -631,17 +633,20 @@ typedef struct ipacl_quen {
 
 /* ---- exported iptables names, zero-filled at load, filled by the user -- */
 
-IPACL_API extern char ipacl_chain_in[IPACL_CHAIN_NAME_SIZE]; /**< iptables chain of inbound rules */
-IPACL_API extern char
-    ipacl_chain_out[IPACL_CHAIN_NAME_SIZE]; /**< iptables chain of outbound rules */
-IPACL_API extern char
-    ipacl_chain_fwd[IPACL_CHAIN_NAME_SIZE]; /**< iptables chain of forwarded traffic */
-IPACL_API extern char ipacl_target_accept[IPACL_TARGET_NAME_SIZE]; /**< iptables target of permit */
-IPACL_API extern char ipacl_target_drop[IPACL_TARGET_NAME_SIZE];   /**< iptables target of deny */
-IPACL_API extern char
-    ipacl_target_queue[IPACL_TARGET_NAME_SIZE]; /**< iptables target that queues to user space */
-IPACL_API extern char
-    ipacl_target_return[IPACL_TARGET_NAME_SIZE]; /**< iptables target that returns from a chain */
+/** Name of the iptables chain of incoming packets. */
+IPACL_API extern char ipacl_chain_in[IPACL_CHAIN_NAME_SIZE];
+/** Name of the iptables chain of outgoing packets. */
+IPACL_API extern char ipacl_chain_out[IPACL_CHAIN_NAME_SIZE];
+/** Name of the iptables chain of forwarded packets. */
+IPACL_API extern char ipacl_chain_fwd[IPACL_CHAIN_NAME_SIZE];
+/** Name of the iptables target that accepts a packet. */
+IPACL_API extern char ipacl_target_accept[IPACL_TARGET_NAME_SIZE];
+/** Name of the iptables target that drops a packet. */
+IPACL_API extern char ipacl_target_drop[IPACL_TARGET_NAME_SIZE];
+/** Name of the iptables target that queues a packet to user space. */
+IPACL_API extern char ipacl_target_queue[IPACL_TARGET_NAME_SIZE];
+/** Name of the iptables target that returns from a chain. */
+IPACL_API extern char ipacl_target_return[IPACL_TARGET_NAME_SIZE];
 
 IPACL_END_DECLS
 

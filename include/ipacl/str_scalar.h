@@ -42,12 +42,16 @@ IPACL_API char *ipacl_str_inet_addr(int32_t format, uint32_t any_ok, const ipacl
  * interface (snprintf_if_index with size 40) and its result. */
 IPACL_API uint32_t ipacl_str_if_index(uint32_t if_index, char *dst);
 
-/** Plain numbers with a text for their "none" value. */
-IPACL_API uint32_t ipacl_str_index(uint32_t index, char *dst);       /**< 0: "no-index" */
-IPACL_API uint32_t ipacl_str_order(uint32_t order, char *dst);       /**< 0: "no-order" */
-IPACL_API uint32_t ipacl_str_rule_id(uint32_t rule_id, char *dst);   /**< 0xDEADBEEF: "none" */
-IPACL_API uint32_t ipacl_str_entry_id(uint32_t entry_id, char *dst); /**< 0xDEADBEAD: "none" */
-IPACL_API uint32_t ipacl_str_icmp_code(uint32_t code, char *dst);    /**< 0xFFFFFFFF: "any-code" */
+/** @{ */
+/** Plain numbers with a text for their "none" value: index 0 "no-index",
+ * order 0 "no-order", rule id 0xDEADBEEF and entry id 0xDEADBEAD "none",
+ * ICMP code 0xFFFFFFFF "any-code". */
+IPACL_API uint32_t ipacl_str_index(uint32_t index, char *dst);
+IPACL_API uint32_t ipacl_str_order(uint32_t order, char *dst);
+IPACL_API uint32_t ipacl_str_rule_id(uint32_t rule_id, char *dst);
+IPACL_API uint32_t ipacl_str_entry_id(uint32_t entry_id, char *dst);
+IPACL_API uint32_t ipacl_str_icmp_code(uint32_t code, char *dst);
+/** @} */
 
 /** Seconds of the current minute, milliseconds and remaining microseconds of
  * the wall clock, "%03u:%03u:%03u" (a stopwatch reading, not a time of day). */
