@@ -62,7 +62,8 @@ fi
 depends libipacl1 'libc6'
 depends libipacl-dev 'libipacl1 \(= '
 depends ipacl 'libc6' 'libstdc\+\+6'
-dpkg-deb -I "$(deb libipacl1)" | grep -q 'shlibs' || fail "libipacl1 declares no shlibs"
+info=$(dpkg-deb -I "$(deb libipacl1)")
+grep -q ' shlibs ' <<<"$info" || fail "libipacl1 declares no shlibs"
 
 echo "== dpkg-deb -x into $work/root"
 for d in "$work"/out/*.deb; do dpkg-deb -x "$d" "$work/root"; done
