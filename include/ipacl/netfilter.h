@@ -28,8 +28,8 @@
  *   action      permit: target ipacl_target_accept.  deny: target
  *               ipacl_target_drop.  deny with log_deny 1: the same rule
  *               twice in a row, first with the LOG target (level warning,
- *               no log flags, prefix "CHAIN FILTER-INDEX deny: " cut to 29
- *               characters), then with the drop target.  In an ipacl_ipt_rule
+ *               no log flags, prefix "CHAIN FILTER-INDEX deny: " with the
+ *               chain name cut to 20 characters), then with the drop target.  In an ipacl_ipt_rule
  *               this shows as target DROP plus a log match slot (type 10)
  *               holding the LOG parameters; read back, the kernel's two
  *               entries come back as two rules, the first with target "LOG"
