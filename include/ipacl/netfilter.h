@@ -287,8 +287,8 @@ IPACL_NF_API uint32_t ipacl_nf_rules6(const char *chain, ipacl_nf_rule6 *rules, 
  * bytes), the tool's own listing form:
  *   CHAIN RULE TARGET PROTO SOURCE DESTINATION [in IF] [out IF]
  *         [sport OP ...] [dport OP ...] [established] [icmp6 T C-C]
- *         [tos 0xV/0xM] [log "PREFIX"] packets N bytes M
- * PROTO is "ip" (any), a protocol name of ipacl_str_ip_proto or a number;
+ *         [tos 0xV] [log "PREFIX"] packets N bytes M
+ * PROTO is "ip" (any) or the protocol as ipacl_str_proto writes it;
  * SOURCE/DESTINATION "any", "ADDR/LEN", or "ADDR/MASK" for a mask that is
  * not a prefix; ports "eq P", "neq P", "range L H"; a "not " before a
  * field the rule inverts.  Codes: IPACL_OK, IPACL_NF_E_SHORT_BUFFER,
