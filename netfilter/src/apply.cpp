@@ -9,6 +9,7 @@
 #include "table_builder.h"
 #include "table_image.h"
 
+#include <ipacl/enums.h>
 #include <ipacl/netfilter.h>
 
 #include <cerrno>
@@ -182,6 +183,9 @@ uint32_t prepare(uint32_t family, uint32_t dir, apply_job &job, char *err) {
     if (!job.layout) return fail(err, IPACL_E_BAD_ARG, "bad family");
     if (uint32_t rc = ipacl_nf_chain_name(dir, job.chain, err)) return rc;
     if (uint32_t rc = check_acl_chain(job.chain, err)) return rc;
+    // One chain for both directions would hold whichever applied last.
+    if (std::strcmp(acl_chain_of(IPACL_DIR_IN), acl_chain_of(IPACL_DIR_OUT)) == 0)
+        return fail(err, IPACL_NF_E_BAD_CHAIN, "chains in and out are both '%s'", job.chain);
     job.builtin = builtin_chain_of(dir);
     return 0;
 }
