@@ -49,11 +49,11 @@ uint32_t plan_all(const ipacl_filter *filters, uint32_t count, uint32_t dir, con
 bool add_rule(table_builder &builder, byte_buffer &arena, const family_layout &layout,
               const rule_plan &plan) {
     if (plan.log) {
-        target_spec log{target_kind::log, 0, "", plan.log_prefix};
+        target_desc log{target_kind::log, 0, "", plan.log_prefix};
         uint32_t at = append_entry(arena, layout, &plan, log);
         if (at == kNoEntry || !builder.add_new(at, nullptr)) return false;
     }
-    target_spec target{target_kind::verdict, 0, plan.target, nullptr};
+    target_desc target{target_kind::verdict, 0, plan.target, nullptr};
     if (!verdict_of_name(plan.target, &target.verdict)) target.kind = target_kind::jump;
     uint32_t at = append_entry(arena, layout, &plan, target);
     return at != kNoEntry &&
