@@ -41,3 +41,9 @@ if(TARGET ipacl_tool)
 endif()
 install(FILES ${PROJECT_SOURCE_DIR}/docs/man/ipacl.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3)
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
+# The netfilter library's pkg-config file, where it is built.
+if(TARGET ipacl_netfilter)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/ipacl-netfilter.pc.in
+    ${PROJECT_BINARY_DIR}/ipacl-netfilter.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/ipacl-netfilter.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endif()
