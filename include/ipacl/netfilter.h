@@ -1,4 +1,5 @@
-/* libipacl_netfilter: filters enforced as rules of the Linux kernel's
+/** @file
+ * libipacl_netfilter: filters enforced as rules of the Linux kernel's
  * x_tables ("filter" table of ip_tables and ip6_tables), and the live table
  * read back into the library's iptables query records.
  *
@@ -121,6 +122,7 @@
 #include <ipacl/common.h>
 #include <ipacl/records.h>
 
+/** Marks the functions this library exports. */
 #if defined(IPACL_NF_BUILDING)
 #define IPACL_NF_API __attribute__((visibility("default")))
 #else
@@ -131,7 +133,7 @@ IPACL_BEGIN_DECLS
 
 /* ---- result codes of this library (never 0x407f00NN) ------------------ */
 
-/* The filter is valid but x_tables cannot express it exactly.
+/** The filter is valid but x_tables cannot express it exactly.
  * Messages: "fragments cannot be matched on IPv6 filters";
  * "protocol ip is not allowed for IPv6 filters (ipv6 is any)";
  * "%s lt 0 matches no port", "%s gt 65535 matches no port" ("source port",
@@ -142,27 +144,27 @@ IPACL_BEGIN_DECLS
  * "bad IPv6 prefix length %u"; "interface name '%s' is too long";
  * prefixed by "filter %u: " (1-based position) when it comes from apply. */
 #define IPACL_NF_E_UNSUPPORTED 0x407f0101u
-/* A chain or target name the kernel cannot take, or an unknown chain.
+/** A chain or target name the kernel cannot take, or an unknown chain.
  * Messages: "chain name '%s' must have 1 to 28 characters";
  * "'%s' is a built-in chain"; "chains in and out are both '%s'" (apply,
  * remove); "no chain '%s'"; "target '%s': no such
  * chain"; "no rule %u in chain '%s'". */
 #define IPACL_NF_E_BAD_CHAIN 0x407f0102u
-/* The caller may not use the table: no CAP_NET_RAW for the socket, or no
+/** The caller may not use the table: no CAP_NET_RAW for the socket, or no
  * CAP_NET_ADMIN for the socket options.
  * Message: "%s: permission denied (needs %s)" (the operation: "open
  * socket", "read table", "replace table", "add counters"; the capability). */
 #define IPACL_NF_E_PERMISSION 0x407f0103u
-/* No x_tables for this family in the kernel, or the socket options are
+/** No x_tables for this family in the kernel, or the socket options are
  * not passed through (e.g. a 32-bit program under a user-mode emulator).
  * Message: "%s: %s unavailable: %s" (operation, "ip_tables" or
  * "ip6_tables", strerror). */
 #define IPACL_NF_E_UNAVAILABLE 0x407f0104u
-/* The kernel refused a request (a replace it rejects, an unknown match
+/** The kernel refused a request (a replace it rejects, an unknown match
  * or target, a table that changed under us).  Nothing was changed.
  * Message: "%s: kernel refused: %s" (operation, strerror). */
 #define IPACL_NF_E_KERNEL 0x407f0105u
-/* The caller's buffer is too small; what fits was written.
+/** The caller's buffer is too small; what fits was written.
  * Message: "%u of %u records fit in %u bytes" or "text needs %u bytes,
  * buffer holds %u". */
 #define IPACL_NF_E_SHORT_BUFFER 0x407f0106u
@@ -171,23 +173,26 @@ IPACL_BEGIN_DECLS
  * for the table copy; "no mem for %u bytes of table"), IPACL_E_BAD_DIR and
  * every code of the filter checks. */
 
-/* An error buffer of this size holds every message of this library,
+/** An error buffer of this size holds every message of this library,
  * including a filter check's message behind the "filter %u: " prefix. */
 #define IPACL_NF_ERR_TEXT_SIZE 512
 
+/** Chain of the in direction when ipacl_chain_in is empty. */
 #define IPACL_NF_DEFAULT_CHAIN_IN "ipacl-in"
+/** Chain of the out direction when ipacl_chain_out is empty. */
 #define IPACL_NF_DEFAULT_CHAIN_OUT "ipacl-out"
+/** Forwarding chain when ipacl_chain_fwd is empty. */
 #define IPACL_NF_DEFAULT_CHAIN_FWD "ipacl-fwd"
-/* Longest user chain name the kernel takes. */
+/** Longest user chain name the kernel takes. */
 #define IPACL_NF_CHAIN_NAME_MAX 28
 
 /* ---- names ------------------------------------------------------------- */
 
-/* Copies the default into each of the seven exported name buffers whose
+/** Copies the default into each of the seven exported name buffers whose
  * first byte is 0; leaves filled ones alone.  Cannot fail. */
 IPACL_NF_API void ipacl_nf_fill_names(void);
 
-/* The chain of a direction (1, 3: in; 2, 4: out) as apply uses it: the
+/** The chain of a direction (1, 3: in; 2, 4: out) as apply uses it: the
  * exported buffer or its default, copied into `chain` (IPACL_CHAIN_NAME_SIZE
  * bytes).  IPACL_E_BAD_DIR for any other direction (message of
  * ipacl_chk_dir, or "no chain for direction %s" for 0). */
@@ -195,7 +200,7 @@ IPACL_NF_API uint32_t ipacl_nf_chain_name(uint32_t dir, char *chain, char *err);
 
 /* ---- translation (pure: no kernel, no state) --------------------------- */
 
-/* One IPv4 filter, the direction it is bound in and the kernel interface
+/** One IPv4 filter, the direction it is bound in and the kernel interface
  * name, as one rule of the ACL chain: `out` gets chain, entry (addresses,
  * masks, interface and its mask, protocol, fragment flag, invert flags),
  * target and up to three matches (tcp or udp or icmp; tos; log), counters
@@ -206,40 +211,40 @@ IPACL_NF_API uint32_t ipacl_nf_chain_name(uint32_t dir, char *chain, char *err);
 IPACL_NF_API uint32_t ipacl_nf_translate(const ipacl_filter *f, uint32_t dir, const char *ifname,
                                          ipacl_ipt_rule *out, char *err);
 
-/* A rule of ip6_tables in the library's own form: the fields of
+/** A rule of ip6_tables in the library's own form: the fields of
  * struct ip6t_ip6 that a filter can set, the target and matches as in
  * ipacl_ipt_rule (match types 1 tcp, 2 udp, 3 icmp6 with the ipacl_ipt_icmp
  * layout, 9 tos, 10 log), and the counters.  A plain C struct in host
  * order; not a wire record. */
 typedef struct ipacl_nf_rule6 {
-    char chain[IPACL_CHAIN_NAME_SIZE];
-    uint32_t rule_num; /* 1-based position in the chain, 0 when unplaced */
-    uint8_t src[16];   /* network order, already masked */
-    uint8_t dst[16];
-    uint8_t src_mask[16];
-    uint8_t dst_mask[16];
-    char in_if[16];
-    char out_if[16];
-    uint8_t in_if_mask[16];
-    uint8_t out_if_mask[16];
-    uint16_t proto;    /* 0: any */
-    uint8_t flags;     /* 0x01: a protocol is tested (IP6T_F_PROTO) */
-    uint8_t inv_flags; /* as ipacl_ipt_entry's inv_flags */
-    char target[IPACL_TARGET_NAME_SIZE];
-    uint32_t match_count;
-    ipacl_match matches[IPACL_RULE_MATCHES];
-    uint64_t packets;
-    uint64_t bytes;
+    char chain[IPACL_CHAIN_NAME_SIZE];       /**< chain the rule is in */
+    uint32_t rule_num;                       /**< 1-based position in the chain, 0 when unplaced */
+    uint8_t src[16];                         /**< network order, already masked */
+    uint8_t dst[16];                         /**< destination address, network order, masked */
+    uint8_t src_mask[16];                    /**< source mask, network order */
+    uint8_t dst_mask[16];                    /**< destination mask, network order */
+    char in_if[16];                          /**< input interface name, "" for any */
+    char out_if[16];                         /**< output interface name, "" for any */
+    uint8_t in_if_mask[16];                  /**< bytes of in_if that are compared */
+    uint8_t out_if_mask[16];                 /**< bytes of out_if that are compared */
+    uint16_t proto;                          /**< 0: any */
+    uint8_t flags;                           /**< 0x01: a protocol is tested (IP6T_F_PROTO) */
+    uint8_t inv_flags;                       /**< as ipacl_ipt_entry's inv_flags */
+    char target[IPACL_TARGET_NAME_SIZE];     /**< verdict, user chain or target name */
+    uint32_t match_count;                    /**< slots of matches in use */
+    ipacl_match matches[IPACL_RULE_MATCHES]; /**< the rule's matches, in kernel order */
+    uint64_t packets;                        /**< packet counter */
+    uint64_t bytes;                          /**< byte counter */
 } ipacl_nf_rule6;
 
-/* The IPv6 twin of ipacl_nf_translate, with the same codes;
+/** The IPv6 twin of ipacl_nf_translate, with the same codes;
  * IPACL_E_BAD_ADDR_TYPE "translate: not an IPv6 filter" for an IPv4 one. */
 IPACL_NF_API uint32_t ipacl_nf_translate6(const ipacl_filter *f, uint32_t dir, const char *ifname,
                                           ipacl_nf_rule6 *out, char *err);
 
 /* ---- apply ------------------------------------------------------------- */
 
-/* Replaces the rules of the ACL chain of `dir` in the filter table of
+/** Replaces the rules of the ACL chain of `dir` in the filter table of
  * `family` (IPACL_ADDR_TYPE_IPV4: ip_tables, IPACL_ADDR_TYPE_IPV6:
  * ip6_tables) with the `count` filters in order (each of that family),
  * bound to interface `ifname` (NULL or "" for every interface), followed by
@@ -256,14 +261,14 @@ IPACL_NF_API uint32_t ipacl_nf_translate6(const ipacl_filter *f, uint32_t dir, c
 IPACL_NF_API uint32_t ipacl_nf_apply(uint32_t family, uint32_t dir, const char *ifname,
                                      const ipacl_filter *filters, uint32_t count, char *err);
 
-/* Removes the ACL chain of `dir` from the filter table of `family`, and the
+/** Removes the ACL chain of `dir` from the filter table of `family`, and the
  * jumps to it, in one replacement (counters of the rest kept).  A chain that
  * is not there is not an error.  Codes as for apply. */
 IPACL_NF_API uint32_t ipacl_nf_remove(uint32_t family, uint32_t dir, char *err);
 
 /* ---- query (IPv4 filter table) ---------------------------------------- */
 
-/* Answers one operation of ipacl_ipt_op from the live IPv4 filter table into
+/** Answers one operation of ipacl_ipt_op from the live IPv4 filter table into
  * `rsp` (`size` bytes, at least 12), in host order:
  *   IPACL_IPT_OP_ALL_CHAINS (1): one ipacl_ipt_chain per chain, in table
  *       order; entry = 1-based number of the chain in the table; policy =
@@ -296,19 +301,19 @@ IPACL_NF_API uint32_t ipacl_nf_remove(uint32_t family, uint32_t dir, char *err);
 IPACL_NF_API uint32_t ipacl_nf_query(uint32_t op, const char *chain, uint32_t rule_num,
                                      ipacl_ipt_rsp *rsp, uint32_t size, char *err);
 
-/* Size of an ipacl_ipt_rsp of `count` records of the kind `op` selects
+/** Size of an ipacl_ipt_rsp of `count` records of the kind `op` selects
  * (the converters' rule: 74 for ops 1/2, 290 for 32, 146 for 16). */
 IPACL_NF_API uint32_t ipacl_nf_rsp_size(uint32_t op, uint32_t count);
 
 /* ---- IPv6 rules --------------------------------------------------------- */
 
-/* The rules of `chain` in the IPv6 filter table (NULL or "": every chain)
+/** The rules of `chain` in the IPv6 filter table (NULL or "": every chain)
  * as records; `*count` in: room in `rules`, out: rules there are.  Codes as
  * for query; IPACL_NF_E_SHORT_BUFFER when there are more than room. */
 IPACL_NF_API uint32_t ipacl_nf_rules6(const char *chain, ipacl_nf_rule6 *rules, uint32_t *count,
                                       char *err);
 
-/* One IPv6 rule as one line of text (no newline) into `text` (`size`
+/** One IPv6 rule as one line of text (no newline) into `text` (`size`
  * bytes), the tool's own listing form:
  *   CHAIN RULE TARGET PROTO SOURCE DESTINATION [in IF] [out IF]
  *         [sport OP ...] [dport OP ...] [established] [icmp6 T C-C]
