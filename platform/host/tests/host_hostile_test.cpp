@@ -265,6 +265,46 @@ TEST(HostHostile, MemoryFollowsBytesNotAnnouncements) {
               long((IPACL_HOST_MAX_BUFFERED + IPACL_HOST_MAX_PAYLOAD) / 1024) + 8 * 1024);
 }
 
+TEST(HostHostile, RunningOutOfMemoryCostsOnlyThatConnection) {
+    if (kSanitized) GTEST_SKIP() << "the sanitizers reserve more address space than any limit";
+    EndpointDir dir;
+    int limited[2];
+    ASSERT_EQ(pipe(limited), 0);
+    pid_t manager = start_manager([&](uint32_t h) {
+        close(limited[0]);
+        // Too little address space left for the largest message.
+        rlim_t size = rlim_t(host_test::proc_status_kb(getpid(), "VmSize")) * 1024;
+        rlimit as{size + IPACL_HOST_MAX_PAYLOAD / 2, size + IPACL_HOST_MAX_PAYLOAD / 2};
+        if (setrlimit(RLIMIT_AS, &as) != 0) return 30;
+        if (write(limited[1], "r", 1) != 1) return 31;
+        close(limited[1]);
+        return host_test::echo_manager(h, ~0u, 30000);
+    });
+    close(limited[1]);
+    ASSERT_GT(manager, 0);
+    char byte;
+    ASSERT_EQ(read(limited[0], &byte, 1), 1);
+    close(limited[0]);
+    uint32_t client;
+    ASSERT_EQ(ipacl_host_open(0, 0, &client), 0);
+    ASSERT_EQ(echo_once(client, 1), 0u);
+    pid_t attacker = spawn([&] {
+        int fd = host_test::raw_connect(dir.socket("svc-98"));
+        std::vector<uint8_t> chunk(ipacl_host::kMaxChunk, 0x33);
+        FrameHeader h = frame(ipacl_host::kRequest, 1, IPACL_HOST_MAX_PAYLOAD, 0);
+        h.chunk = ipacl_host::kMaxChunk;
+        for (uint32_t sent = 0; sent < h.size; sent += h.chunk, h.kind = ipacl_host::kMore)
+            if (!send_raw(fd, h, chunk.data())) return 0;  // cut off
+        return hung_up(fd, 10000) ? 0 : 1;
+    });
+    EXPECT_EQ(wait_child(attacker, 30000), 0);
+    EXPECT_EQ(echo_once(client, 2), 0u);
+    EXPECT_GE(host_test::ask_stats(client).over_limit, 1u);
+    EXPECT_TRUE(host_test::stop_manager(client));
+    EXPECT_EQ(wait_child(manager), 0);
+    ipacl_host_close(client);
+}
+
 // --------------------------------------------------------- slow readers --
 
 TEST(HostHostile, AReaderThatStopsStallsNobody) {
