@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
@@ -276,7 +277,10 @@ TEST(HostHostile, RunningOutOfMemoryCostsOnlyThatConnection) {
         rlim_t size = rlim_t(host_test::proc_status_kb(getpid(), "VmSize")) * 1024;
         rlimit as{size + IPACL_HOST_MAX_PAYLOAD / 2, size + IPACL_HOST_MAX_PAYLOAD / 2};
         if (setrlimit(RLIMIT_AS, &as) != 0) return 30;
-        if (write(limited[1], "r", 1) != 1) return 31;
+        // Under an emulator the limit binds the emulator, not this program.
+        void *probe = malloc(IPACL_HOST_MAX_PAYLOAD);
+        free(probe);
+        if (write(limited[1], probe ? "n" : "r", 1) != 1) return 31;
         close(limited[1]);
         return host_test::echo_manager(h, ~0u, 30000);
     });
@@ -287,6 +291,12 @@ TEST(HostHostile, RunningOutOfMemoryCostsOnlyThatConnection) {
     close(limited[0]);
     uint32_t client;
     ASSERT_EQ(ipacl_host_open(0, 0, &client), 0);
+    if (byte == 'n') {
+        EXPECT_TRUE(host_test::stop_manager(client));
+        EXPECT_EQ(wait_child(manager), 0);
+        ipacl_host_close(client);
+        GTEST_SKIP() << "the address-space limit does not bind here (an emulator?)";
+    }
     ASSERT_EQ(echo_once(client, 1), 0u);
     pid_t attacker = spawn([&] {
         int fd = host_test::raw_connect(dir.socket("svc-98"));
