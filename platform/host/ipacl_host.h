@@ -230,8 +230,9 @@ IPACL_HOST_API int ipacl_host_serve(uint32_t handle, ipacl_host_handler handler,
 
 typedef struct ipacl_host_stats {
     uint32_t refused_peers;        /* connections refused: another user */
-    uint32_t protocol_errors;      /* connections dropped: malformed frames */
-    uint32_t dropped;              /* messages discarded: queue full or unawaited */
+    uint32_t protocol_errors;      /* malformed frames (connection dropped) and
+                                      forged answers (dropped) */
+    uint32_t dropped;              /* requests discarded: inbox full */
     uint32_t connections;          /* connections currently open */
     uint32_t held;                 /* received messages not yet dropped (process) */
     uint32_t forged_answers;       /* answers dropped: not awaited on their connection
