@@ -1,19 +1,30 @@
 // One request and its answer through the wrappers and the host platform,
 // against a raw Unix-socket ping-pong of the same bytes between two
-// processes: the platform's price per round trip.  BM_WrapReqRsp reports
-// ratio_to_raw, its time per round trip over BM_RawPingPong's, and
-// cpu_ratio_to_raw, the same for the CPU time both processes spent (from
-// /proc/<pid>/schedstat), which scheduling delays on a busy machine do not
-// blur.  Run BM_RawPingPong first (the default order).  BM_WrapVsRawBlocks
-// alternates blocks of both kinds and is the figure to quote on a busy
-// machine.
+// processes: the platform's price per round trip.
+//
+// A round trip between two processes costs mostly the scheduler's two
+// wake-ups, and what those cost depends on where the two processes sit: on
+// one CPU each is a plain switch; on two, each is a cross-CPU wake-up,
+// several times dearer on an idle virtual machine.  Left alone, the
+// scheduler does not place a raw pair and a manager pair alike (nor one
+// pair alike from run to run), so unpinned figures compare placements, not
+// transports.  BM_RoundTrip therefore pins every process (the client here,
+// the raw echo server and the manager) to the same CPUs for both kinds:
+// cross_cpu:0 puts client and server on one CPU, cross_cpu:1 on two.  It
+// runs blocks of raw and wrapped round trips in turn, so both see the same
+// load, and reports per round trip the wall time (raw_us, wrap_us,
+// ratio_to_raw) and the CPU time both processes spent (cpu_ratio_to_raw,
+// from /proc/<pid>/schedstat).  BM_QuenReqRsp is the enveloped exchange,
+// unpinned, for its own trend.
 #include <benchmark/benchmark.h>
 
 #include <chrono>
+#include <sched.h>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <vector>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -81,27 +92,8 @@ int raw_client_fd() {
     return fd = pair[0];
 }
 
-double raw_ns_per_trip = 0, raw_cpu_ns_per_trip = 0;
-
 // CPU time of both ends of the exchange.
 double both_cpu_ns(pid_t server) { return cpu_ns(0) + cpu_ns(server); }
-
-void BM_RawPingPong(benchmark::State &state) {
-    int fd = raw_client_fd();
-    uint8_t request[kRequestSize] = {}, answer[kAnswerSize + 64];
-    double cpu_start = both_cpu_ns(raw_server);
-    auto start = std::chrono::steady_clock::now();
-    for (auto _ : state) {
-        if (send(fd, request, sizeof request, 0) < 0) state.SkipWithError("send");
-        if (recv(fd, answer, sizeof answer, 0) != ssize_t(kAnswerSize)) state.SkipWithError("recv");
-    }
-    std::chrono::duration<double, std::nano> spent = std::chrono::steady_clock::now() - start;
-    double n = static_cast<double>(state.iterations());
-    raw_ns_per_trip = spent.count() / n;
-    raw_cpu_ns_per_trip = (both_cpu_ns(raw_server) - cpu_start) / n;
-    state.counters["cpu_us"] = raw_cpu_ns_per_trip / 1000;
-}
-BENCHMARK(BM_RawPingPong)->UseRealTime();
 
 // ------------------------------------------------------- host platform --
 
@@ -140,76 +132,103 @@ uint32_t client_handle() {
     return handle;
 }
 
-void BM_WrapReqRsp(benchmark::State &state) {
-    uint32_t h = client_handle();
+// ------------------------------------------------------------- pinning --
+
+// The CPUs this process may run on, in order.
+std::vector<int> usable_cpus() {
+    cpu_set_t set;
+    CPU_ZERO(&set);
+    std::vector<int> cpus;
+    if (sched_getaffinity(0, sizeof set, &set) == 0)
+        for (int cpu = 0; cpu < CPU_SETSIZE; ++cpu)
+            if (CPU_ISSET(cpu, &set)) cpus.push_back(cpu);
+    return cpus;
+}
+
+bool pin(pid_t pid, int cpu) {
+    cpu_set_t set;
+    CPU_ZERO(&set);
+    CPU_SET(cpu, &set);
+    return sched_setaffinity(pid, sizeof set, &set) == 0;
+}
+
+void unpin(pid_t pid, const std::vector<int> &cpus) {
+    cpu_set_t set;
+    CPU_ZERO(&set);
+    for (int cpu : cpus) CPU_SET(cpu, &set);
+    sched_setaffinity(pid, sizeof set, &set);
+}
+
+// ---------------------------------------------------------- round trips --
+
+enum Placement { kSameCpu = 0, kCrossCpu = 1 };
+
+void raw_round_trip(benchmark::State &state, int fd) {
+    uint8_t request[kRequestSize] = {}, answer[kAnswerSize + 64];
+    if (send(fd, request, sizeof request, 0) < 0) state.SkipWithError("send");
+    if (recv(fd, answer, sizeof answer, 0) != ssize_t(kAnswerSize)) state.SkipWithError("recv");
+}
+
+void wrapped_round_trip(benchmark::State &state, uint32_t h) {
     uint8_t request[kRequestSize] = {};
     char err[IPACL_ERR_TEXT_SIZE];
-    double cpu_start = both_cpu_ns(manager);
-    auto start = std::chrono::steady_clock::now();
-    for (auto _ : state) {
-        ipacl_vel_msg req{}, rsp{};
-        req.opcode = 1;
-        req.payload = request;
-        req.size = sizeof request;
-        if (ipacl_wrap_vel_req_rsp(h, &req, &rsp, err) != 0 || rsp.size != kAnswerSize)
-            state.SkipWithError(err);
-        vel_drop(h, rsp.handle);
-    }
-    std::chrono::duration<double, std::nano> spent = std::chrono::steady_clock::now() - start;
-    double n = static_cast<double>(state.iterations());
-    double cpu = (both_cpu_ns(manager) - cpu_start) / n;
-    state.counters["cpu_us"] = cpu / 1000;
-    if (raw_ns_per_trip > 0) {
-        state.counters["ratio_to_raw"] = spent.count() / n / raw_ns_per_trip;
-        state.counters["cpu_ratio_to_raw"] = cpu / raw_cpu_ns_per_trip;
-    }
+    ipacl_vel_msg req{}, rsp{};
+    req.opcode = 1;
+    req.payload = request;
+    req.size = sizeof request;
+    if (ipacl_wrap_vel_req_rsp(h, &req, &rsp, err) != 0 || rsp.size != kAnswerSize)
+        state.SkipWithError(err);
+    vel_drop(h, rsp.handle);
 }
-BENCHMARK(BM_WrapReqRsp)->UseRealTime();
 
-// Blocks of raw and wrapped round trips in turn, so that both see the same
-// load on a shared machine: the steadiest ratio.
-void BM_WrapVsRawBlocks(benchmark::State &state) {
-    constexpr int kBlock = 1000;
-    int fd = raw_client_fd();
-    uint32_t h = client_handle();
-    uint8_t request[kRequestSize] = {}, answer[kAnswerSize + 64];
-    char err[IPACL_ERR_TEXT_SIZE];
+// Blocks of raw and wrapped round trips in turn, every process pinned as
+// the placement says.
+void BM_RoundTrip(benchmark::State &state) {
+    constexpr int kBlock = 500;
+    const std::vector<int> cpus = usable_cpus();
+    const bool cross = state.range(0) == kCrossCpu;
+    if (cpus.empty() || (cross && cpus.size() < 2)) {
+        state.SkipWithError("not enough CPUs for this placement");
+        return;
+    }
+    const int fd = raw_client_fd();
+    const uint32_t h = client_handle();
+    const int client_cpu = cpus[0], server_cpu = cpus[cross ? 1 : 0];
+    if (!pin(0, client_cpu) || !pin(raw_server, server_cpu) || !pin(manager, server_cpu)) {
+        state.SkipWithError("sched_setaffinity refused");
+        return;
+    }
+    for (int i = 0; i < kBlock; ++i) raw_round_trip(state, fd), wrapped_round_trip(state, h);
     using clock = std::chrono::steady_clock;
     clock::duration raw{}, wrapped{};
     double raw_cpu = 0, wrapped_cpu = 0;
     for (auto _ : state) {
         double c0 = both_cpu_ns(raw_server);
         auto t0 = clock::now();
-        for (int i = 0; i < kBlock; ++i) {
-            if (send(fd, request, sizeof request, 0) < 0) state.SkipWithError("send");
-            if (recv(fd, answer, sizeof answer, 0) != ssize_t(kAnswerSize))
-                state.SkipWithError("recv");
-        }
+        for (int i = 0; i < kBlock; ++i) raw_round_trip(state, fd);
         auto t1 = clock::now();
         double c1 = both_cpu_ns(raw_server), c2 = both_cpu_ns(manager);
-        for (int i = 0; i < kBlock; ++i) {
-            ipacl_vel_msg req{}, rsp{};
-            req.opcode = 1;
-            req.payload = request;
-            req.size = sizeof request;
-            if (ipacl_wrap_vel_req_rsp(h, &req, &rsp, err) != 0 || rsp.size != kAnswerSize)
-                state.SkipWithError(err);
-            vel_drop(h, rsp.handle);
-        }
+        for (int i = 0; i < kBlock; ++i) wrapped_round_trip(state, h);
         auto t2 = clock::now();
         wrapped_cpu += both_cpu_ns(manager) - c2;
         raw_cpu += c1 - c0;
         raw += t1 - t0;
         wrapped += t2 - t1;
     }
+    for (pid_t pid : {pid_t(0), raw_server, manager}) unpin(pid, cpus);
     double trips = static_cast<double>(state.iterations()) * kBlock;
-    state.counters["cpu_ratio_to_raw"] = wrapped_cpu / raw_cpu;
     state.counters["raw_us"] = std::chrono::duration<double, std::micro>(raw).count() / trips;
     state.counters["wrap_us"] = std::chrono::duration<double, std::micro>(wrapped).count() / trips;
     state.counters["ratio_to_raw"] =
         static_cast<double>(wrapped.count()) / static_cast<double>(raw.count());
+    state.counters["cpu_ratio_to_raw"] = wrapped_cpu / raw_cpu;
 }
-BENCHMARK(BM_WrapVsRawBlocks)->UseRealTime()->MinTime(2.0);
+BENCHMARK(BM_RoundTrip)
+    ->ArgName("cross_cpu")
+    ->Arg(kSameCpu)
+    ->Arg(kCrossCpu)
+    ->UseRealTime()
+    ->MinTime(1.0);
 
 void BM_QuenReqRsp(benchmark::State &state) {
     uint32_t h = client_handle();

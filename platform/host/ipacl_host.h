@@ -10,16 +10,31 @@
  * to the ipacl_wrap_* wrappers).  Endpoints are Unix SOCK_SEQPACKET sockets
  * in one private directory per user:
  *
- *   $IPACL_HOST_DIR                      when set (tests, several instances),
- *   else $XDG_RUNTIME_DIR/ipacl          when XDG_RUNTIME_DIR is set,
- *   else /tmp/ipacl-<effective uid>.
+ *   $IPACL_HOST_DIR                      when set (tests, several instances;
+ *                                        then the only candidate),
+ *   else $XDG_RUNTIME_DIR/ipacl          when XDG_RUNTIME_DIR is itself a
+ *                                        directory private to the user,
+ *   else /tmp/ipacl-<effective uid>,
+ *   else, when that name was taken by someone else, ~/.ipacl (the home
+ *        directory from $HOME, else the password database; the home must
+ *        be the user's or root's and not writable by group or others).
  *
- * The directory is created with mode 0700 when missing; an existing one must
- * be a real directory (not a symbolic link) owned by the effective user with
- * no access for group or others, else opening fails with EACCES.  Inside it:
+ * A candidate is created with mode 0700 when missing; it is opened with
+ * O_DIRECTORY|O_NOFOLLOW and checked on the open descriptor (fstat): a real
+ * directory owned by the effective user with no access for group or others,
+ * else it is passed over (IPACL_HOST_DIR: opening fails with EACCES).  The
+ * endpoint keeps that descriptor, and binds, dials and removes its sockets
+ * through it (as /proc/self/fd/<n>/<name> and unlinkat), never through the
+ * directory's path again, so swapping the directory or a path leading to it
+ * after the check gains nothing.  /proc must be mounted.  Inside it:
  *
  *   svc-<n>    the endpoint serving service n (98 is the ACL manager),
- *   standby    the endpoint registered as the standby copy.
+ *   standby    the endpoint registered as the standby copy,
+ *   <name>.lock  beside each: the endpoint serving <name> holds an
+ *              exclusive flock on it for its whole life.  Whoever gets the
+ *              lock replaces a socket file left there (its owner is gone);
+ *              nobody else touches it.  The lock is shared with children
+ *              made by fork and dropped on exec.
  *
  * Both sides check the peer's credentials (SO_PEERCRED) on every connection:
  * a peer whose effective uid differs from ours is refused, so another user
@@ -56,7 +71,43 @@
  *   ETIMEDOUT     the wait limit passed without the message;
  *   ENOENT        an answer for a token that no pending request carries;
  *   EMSGSIZE      payload above IPACL_HOST_MAX_PAYLOAD;
- *   EACCES        the endpoint directory is not private to this user.
+ *   EACCES        the endpoint directory is not private to this user;
+ *   EADDRINUSE    a live endpoint already serves the name;
+ *   ENOBUFS       the answer would pass the peer's cap (its connection is
+ *                 closed);
+ *   ENOMEM        out of memory.
+ *
+ * A misbehaving peer of the same user
+ * -----------------------------------
+ * An answer is taken only from the connection its request went out on, and
+ * only for a token this endpoint still awaits there; any other answer is
+ * dropped and counted (protocol_errors and forged_answers), and a peer that
+ * sends an answer on a connection it made to us loses that connection.
+ * Memory grows with the bytes that arrive, never with a size a frame
+ * announces, within these caps:
+ *   IPACL_HOST_MAX_CONNECTIONS     connections peers may hold open to one
+ *                                  endpoint; more are accepted and closed;
+ *   IPACL_HOST_MAX_PARTIAL         messages of several frames being
+ *                                  reassembled at once per endpoint;
+ *   IPACL_HOST_MAX_CONN_BUFFERED   bytes kept for one connection: the message
+ *                                  it is sending, its requests not yet
+ *                                  taken, answers not yet sent to it;
+ *   IPACL_HOST_MAX_BUFFERED        bytes kept for all connections of an
+ *                                  endpoint; past it the connections holding
+ *                                  the most are closed first.
+ * A peer over a cap loses its own connection (counted in over_limit).  The
+ * process's peak memory may exceed what is kept by the allocator's own
+ * slack, about one largest message.
+ * Answers never block: what the peer's socket does not take at once waits
+ * in that connection's queue and goes out whenever the endpoint is in
+ * vel_recv, ipacl_host_accept or ipacl_host_serve; a message still queued
+ * IPACL_HOST_SEND_DEADLINE_MS after it was sent closes the connection
+ * (send_timeouts).  Requests and updates wait for their peer up to the same
+ * deadline, then fail with ETIMEDOUT.  When no descriptor is left to accept
+ * a connection (EMFILE, ENFILE) the endpoint spends a spare one to take it
+ * off the backlog and close it, or else rests its listener for 100 ms
+ * (descriptor_shortages).  A call that runs out of memory fails with ENOMEM;
+ * no C++ exception leaves any function of this library.
  *
  * Handle areas (the 28 bytes of ipacl_vel_msg.handle) are filled by vel_send
  * (a sent request: its token) and by vel_recv / ipacl_host_accept (a
@@ -121,6 +172,13 @@ extern "C" {
 #define IPACL_HOST_MAX_PAYLOAD (16u << 20) /* bytes in one message */
 #define IPACL_HOST_HANDLE_AREA 28u         /* bytes of a message handle area */
 
+/* The caps on what peers may make an endpoint keep (see above). */
+#define IPACL_HOST_MAX_CONNECTIONS 128u
+#define IPACL_HOST_MAX_PARTIAL 16u
+#define IPACL_HOST_MAX_CONN_BUFFERED (2u * IPACL_HOST_MAX_PAYLOAD + (1u << 20))
+#define IPACL_HOST_MAX_BUFFERED (4u * IPACL_HOST_MAX_PAYLOAD)
+#define IPACL_HOST_SEND_DEADLINE_MS 5000u
+
 /* Opens an endpoint.  service 0 without flags: a client only (it sends and
  * receives answers, nothing can connect to it).  service n > 0: also serves
  * n.  IPACL_HOST_STANDBY: registers as the standby copy (service names the
@@ -128,8 +186,9 @@ extern "C" {
  * live endpoint gives EADDRINUSE; a stale one left by a dead process is
  * replaced. */
 IPACL_HOST_API int ipacl_host_open(uint32_t service, uint32_t flags, uint32_t *handle);
-/* Closes the endpoint and unregisters its name.  Messages already received
- * stay held until dropped. */
+/* Closes the endpoint and unregisters its name, after sending the answers
+ * still queued (each within its deadline).  Messages already received stay
+ * held until dropped. */
 IPACL_HOST_API int ipacl_host_close(uint32_t handle);
 /* Milliseconds per unit of the vel_recv wait limit (default 1000). */
 IPACL_HOST_API int ipacl_host_set_wait_unit(uint32_t handle, uint32_t ms);
@@ -170,11 +229,17 @@ IPACL_HOST_API int ipacl_host_serve(uint32_t handle, ipacl_host_handler handler,
                                     uint32_t timeout_ms, uint32_t limit);
 
 typedef struct ipacl_host_stats {
-    uint32_t refused_peers;   /* connections refused: another user */
-    uint32_t protocol_errors; /* connections dropped: malformed frames */
-    uint32_t dropped;         /* messages discarded: queue full or unawaited */
-    uint32_t connections;     /* connections currently open */
-    uint32_t held;            /* received messages not yet dropped (process) */
+    uint32_t refused_peers;        /* connections refused: another user */
+    uint32_t protocol_errors;      /* malformed frames (connection dropped) and
+                                      forged answers (dropped) */
+    uint32_t dropped;              /* requests discarded: inbox full */
+    uint32_t connections;          /* connections currently open */
+    uint32_t held;                 /* received messages not yet dropped (process) */
+    uint32_t forged_answers;       /* answers dropped: not awaited on their connection
+                                      (also counted in protocol_errors) */
+    uint32_t over_limit;           /* connections closed for passing a cap */
+    uint32_t send_timeouts;        /* connections closed: a message missed its deadline */
+    uint32_t descriptor_shortages; /* accepts without a descriptor (EMFILE, ENFILE) */
 } ipacl_host_stats;
 
 IPACL_HOST_API int ipacl_host_stats_get(uint32_t handle, ipacl_host_stats *stats);

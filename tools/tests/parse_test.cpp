@@ -10,6 +10,7 @@
 #include <cstring>
 #include <functional>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -255,6 +256,20 @@ TEST(FilterLanguage, ErrorsNameTheWordAndItsPosition) {
         EXPECT_EQ(c.message, result.error.message) << c.command;
         EXPECT_EQ(c.position, result.error.position) << c.command;
     }
+}
+
+TEST(FilterLanguage, AWordWithANulIsRefused) {
+    using namespace std::string_view_literals;
+    for (auto command : {"permit tcp host 1.2.3.4\0junk any"sv, "permit tcp any any eq 80\0"sv,
+                         "permit\0 tcp any any"sv}) {
+        auto result = parse_filter(command, {});
+        ASSERT_FALSE(result.ok) << command.size();
+        EXPECT_NE(result.error.message.find("contains a NUL character"), std::string::npos)
+            << result.error.message;
+    }
+    auto result = parse_filter("permit tcp host 1.2.3.4\0junk any"sv, {});
+    EXPECT_EQ(result.error.message, "word 4 '1.2.3.4': contains a NUL character");
+    EXPECT_EQ(result.error.position, 4u);
 }
 
 TEST(FilterLanguage, ProfileOptionMustFitTheRecord) {

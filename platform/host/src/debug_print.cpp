@@ -1,5 +1,6 @@
 // The debug print: silent unless debug printing is on, set by the
 // environment variable IPACL_DEBUG (a level, 1 or more) or by the program.
+#include <algorithm>
 #include <atomic>
 #include <cstdarg>
 #include <cstdio>
@@ -64,11 +65,14 @@ IPACL_HOST_API void zlogf(int level, const char *module, int flags, const char *
     if (!format || !printing(level)) return;
     // One write per message, so that lines of several processes sharing
     // standard error do not interleave.
+    // A module name as long as the line leaves no room for the text: the
+    // head is cut like the rest, never written past.
     char line[1024];
     int head = snprintf(line, sizeof line, "%s: ", module ? module : tivra_dbg_modname);
+    size_t used = head < 0 ? 0 : std::min<size_t>(static_cast<size_t>(head), sizeof line - 1);
     va_list args;
     va_start(args, format);
-    vsnprintf(line + head, sizeof line - head, format, args);
+    vsnprintf(line + used, sizeof line - used, format, args);
     va_end(args);
     size_t len = strlen(line);
     if (len == sizeof line - 1)

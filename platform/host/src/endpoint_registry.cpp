@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "c_boundary.h"
 #include "host_internal.h"
 #include "ipacl_host.h"
 
@@ -42,9 +43,36 @@ uint32_t make_handle(uint32_t slot, uint32_t generation) {
 int start_listening(Endpoint &ep) {
     const bool standby = ep.flags & IPACL_HOST_STANDBY;
     if (!standby && ep.service == 0) return 0;  // a client only
-    std::string path;
-    if (socket_path(ep.dir, service_name(standby ? 0 : ep.service).c_str(), path) != 0) return -1;
-    return listen_on(ep, path);
+    return claim_name(ep, service_name(standby ? 0 : ep.service));
+}
+
+int open_endpoint(uint32_t service, uint32_t flags, uint32_t *handle) {
+    if (!handle || (flags & ~IPACL_HOST_STANDBY)) return fail(EINVAL);
+    auto ep = std::make_unique<Endpoint>();
+    ep->service = service;
+    ep->flags = flags;
+    ep->owner = getpid();
+    ep->scratch.resize(sizeof(FrameHeader) + kMaxChunk);
+    ep->dir_fd = open_dir(ep->dir);
+    if (ep->dir_fd < 0 || watch_endpoint(*ep) != 0 || start_listening(*ep) != 0) {
+        close_all(*ep);
+        return -1;
+    }
+
+    Registry &r = registry();
+    std::lock_guard<std::mutex> guard(r.lock);
+    size_t slot = 0;
+    while (slot < r.slots.size() && r.slots[slot].ep) ++slot;
+    if (slot == r.slots.size()) {
+        if (slot >= kMaxSlots) {
+            close_all(*ep);
+            return fail(EMFILE);
+        }
+        r.slots.emplace_back();
+    }
+    r.slots[slot].ep = std::move(ep);
+    *handle = make_handle(static_cast<uint32_t>(slot), r.slots[slot].generation);
+    return 0;
 }
 
 }  // namespace
@@ -67,31 +95,7 @@ using namespace ipacl_host;
 extern "C" {
 
 IPACL_HOST_API int ipacl_host_open(uint32_t service, uint32_t flags, uint32_t *handle) {
-    if (!handle || (flags & ~IPACL_HOST_STANDBY)) return fail(EINVAL);
-    auto ep = std::make_unique<Endpoint>();
-    ep->service = service;
-    ep->flags = flags;
-    ep->owner = getpid();
-    ep->scratch.resize(sizeof(FrameHeader) + kMaxChunk);
-    if (prepare_dir(ep->dir) != 0 || watch_endpoint(*ep) != 0 || start_listening(*ep) != 0) {
-        close_all(*ep);
-        return -1;
-    }
-
-    Registry &r = registry();
-    std::lock_guard<std::mutex> guard(r.lock);
-    size_t slot = 0;
-    while (slot < r.slots.size() && r.slots[slot].ep) ++slot;
-    if (slot == r.slots.size()) {
-        if (slot >= kMaxSlots) {
-            close_all(*ep);
-            return fail(EMFILE);
-        }
-        r.slots.emplace_back();
-    }
-    r.slots[slot].ep = std::move(ep);
-    *handle = make_handle(static_cast<uint32_t>(slot), r.slots[slot].generation);
-    return 0;
+    return c_boundary(-1, [&] { return open_endpoint(service, flags, handle); });
 }
 
 IPACL_HOST_API int ipacl_host_close(uint32_t handle) {
@@ -107,6 +111,7 @@ IPACL_HOST_API int ipacl_host_close(uint32_t handle) {
         s.generation = (s.generation + 1) & (~0u >> kSlotBits);
         if (s.generation == 0) s.generation = 1;
     }
+    if (ep->owner == getpid()) c_boundary(0, [&] { return drain_queues(*ep), 0; });
     close_all(*ep);
     return 0;
 }
@@ -126,6 +131,10 @@ IPACL_HOST_API int ipacl_host_stats_get(uint32_t handle, ipacl_host_stats *stats
     stats->refused_peers = ep->stats.refused_peers;
     stats->protocol_errors = ep->stats.protocol_errors;
     stats->dropped = ep->stats.dropped;
+    stats->forged_answers = ep->stats.forged_answers;
+    stats->over_limit = ep->stats.over_limit;
+    stats->send_timeouts = ep->stats.send_timeouts;
+    stats->descriptor_shortages = ep->stats.descriptor_shortages;
     stats->connections = static_cast<uint32_t>(ep->conns.size());
     stats->held = held_count();
     return 0;

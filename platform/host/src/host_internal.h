@@ -39,6 +39,15 @@ struct Message {
     uint64_t conn_id = 0;
 };
 
+// A message waiting to be sent: `next` is the header of its next frame and
+// `rest` the payload bytes not sent yet.
+struct OutMessage {
+    FrameHeader next{};
+    std::vector<uint8_t> rest;
+    size_t sent = 0;       // bytes of `rest` already sent
+    int64_t deadline = 0;  // monotonic ms by which it must be gone
+};
+
 struct Conn {
     int fd = -1;
     uint64_t id = 0;
@@ -47,6 +56,10 @@ struct Conn {
     int64_t rcvtimeo_ms = -1;   // SO_RCVTIMEO currently set, -1 unknown
     bool partial = false;       // a message is being reassembled
     Message assembling;
+    size_t held_bytes = 0;  // its complete messages not yet taken by the caller
+    std::deque<OutMessage> out;
+    size_t out_bytes = 0;
+    bool watching_out = false;  // EPOLLOUT is registered
 };
 
 // Requests this endpoint received and may answer: our token -> requester.
@@ -59,28 +72,40 @@ struct Stats {
     uint32_t refused_peers = 0;
     uint32_t protocol_errors = 0;
     uint32_t dropped = 0;
+    uint32_t forged_answers = 0;
+    uint32_t over_limit = 0;
+    uint32_t send_timeouts = 0;
+    uint32_t descriptor_shortages = 0;
 };
 
 constexpr size_t kInboxLimit = 4096;
-constexpr size_t kStrayAnswerLimit = 64;
 constexpr uint32_t kTokenWindow = 1u << 16;  // pending tokens remembered
+// How long the listener rests when no descriptor is left even to refuse a
+// connection with.
+constexpr int64_t kListenerPauseMs = 100;
 
 struct Endpoint {
     uint32_t service = 0;
     uint32_t flags = 0;
     pid_t owner = 0;  // the process that opened it
     std::string dir;
+    int dir_fd = -1;   // the endpoint directory, checked once, used for every name
+    int lock_fd = -1;  // holds the name served while the endpoint lives
     int listen_fd = -1;
-    std::string listen_path;
-    ino_t listen_ino = 0;
-    std::vector<Conn> conns;
+    int spare_fd = -1;                  // given up to refuse a connection at EMFILE
+    int64_t listener_paused_until = 0;  // 0: listening
+    std::string listen_name;
+    std::unordered_map<uint64_t, Conn> conns;
+    uint32_t accepted = 0;  // connections made by peers
+    uint32_t partials = 0;  // connections in the middle of a message
     uint64_t next_conn_id = 1;
     uint32_t next_token = 1;                          // requests we send
     uint32_t next_local_token = 1;                    // requests we receive
     std::unordered_map<uint32_t, uint64_t> awaiting;  // our token -> connection
     std::unordered_map<uint32_t, Asked> asked;
-    std::deque<Message> inbox;          // requests and updates
-    std::deque<Message> stray_answers;  // answers not yet awaited
+    std::deque<Message> inbox;                       // requests and updates
+    std::unordered_map<uint32_t, Message> answered;  // answers not yet awaited
+    size_t orphan_bytes = 0;                         // inbox bytes of connections already closed
     std::vector<uint8_t> scratch;
     uint32_t wait_unit_ms = 1000;
     int epoll_fd = -1;  // the listener and every connection
@@ -93,15 +118,21 @@ struct Endpoint {
 int fail(int error);
 
 // --- endpoint directory and security (endpoint_dir.cpp, peer_cred.cpp) ---
-// Resolves the endpoint directory, creating it private when missing; fails
-// with EACCES when it exists but is not private to the effective user.
-int prepare_dir(std::string &dir);
-// Refuses (EACCES) a directory that is not private to the effective user.
-int check_private_dir(const std::string &dir);
+// Opens the endpoint directory (creating it private when missing) and
+// returns its descriptor, or -1 with errno (EACCES: not private to us).
+int open_dir(std::string &dir);
+// The path by which a name inside the directory is bound or dialled: it
+// goes through the open descriptor, never through the directory's name.
+int socket_path(const Endpoint &ep, const std::string &name, std::string &path);
 // True when the peer on a connected Unix socket runs as our effective user.
 bool peer_is_same_user(int fd);
-// Fills a sockaddr path for dir/name; ENAMETOOLONG when it does not fit.
-int socket_path(const std::string &dir, const char *name, std::string &path);
+
+// --- the served name (endpoint_lock.cpp) ----------------------------------
+// Takes the lock that makes this endpoint the owner of `name` (EADDRINUSE
+// when a live endpoint holds it) and binds a fresh listening socket there.
+int claim_name(Endpoint &ep, const std::string &name);
+// Unregisters the name if this process owns it and releases the lock.
+void release_name(Endpoint &ep);
 
 // --- endpoints (endpoint_registry.cpp) ------------------------------------
 Endpoint *find_endpoint(uint32_t handle);
@@ -110,27 +141,67 @@ Endpoint *find_endpoint(uint32_t handle);
 // The epoll registration of the listener; connections use their id.
 constexpr uint64_t kListenerId = 0;
 int watch_endpoint(Endpoint &ep);
-int listen_on(Endpoint &ep, const std::string &path);
+int watch_listener(Endpoint &ep, int fd);
 Conn *find_conn(Endpoint &ep, uint64_t id);
 // The name an endpoint serving `service` registers ("svc-<n>"; "standby"
 // for service 0).
 std::string service_name(uint32_t service);
 // The connection to a destination service, dialled when there is none.
 Conn *dial(Endpoint &ep, uint32_t service, bool &fresh);
-int accept_peer(Endpoint &ep);
+// Takes the connections waiting on the listener, refusing what passes the
+// caps or finds no descriptor.
+void accept_peers(Endpoint &ep);
+// Resumes a listener paused for lack of descriptors once its rest is over.
+void resume_listener(Endpoint &ep, int64_t now);
 void close_conn(Endpoint &ep, uint64_t id);
 void close_all(Endpoint &ep);
-int send_message(Conn &c, const FrameHeader &head, const void *payload);
+void close_keeping_errno(int fd);
 
+// --- sending (output_queue.cpp) --------------------------------------------
+// Sends a message on c at once, blocking up to the send deadline (requests
+// and updates: the caller waits for the peer it chose).
+int send_now(Endpoint &ep, Conn &c, const FrameHeader &head, const void *payload);
+// Sends what the socket takes now and queues the rest, to be sent by the
+// event loop before the deadline.  ENOBUFS when the queue would pass the
+// connection's cap (the connection is then closed).
+int send_queued(Endpoint &ep, Conn &c, const FrameHeader &head, const void *payload);
+// Sends what waits on c without blocking; false when c must be closed.
+bool flush_queue(Endpoint &ep, Conn &c);
+// Closes connections whose oldest waiting message passed its deadline and
+// returns the earliest deadline still ahead (INT64_MAX: none).
+int64_t expire_queues(Endpoint &ep, int64_t now);
+// Sends everything still queued, each message within its deadline (an
+// endpoint being closed still delivers the answers it gave).
+void drain_queues(Endpoint &ep);
+// Registers or unregisters interest in c becoming writable.
+void watch_output(Endpoint &ep, Conn &c);
+
+// --- frames in (frame_in.cpp) ----------------------------------------------
 enum class Rx { Complete, Partial, Again, Closed, Failed };
 // Receives one frame; with wait_ms < 0 does not block.  On Complete the
-// message is in `out`.  On Failed errno says why (EPROTO: malformed frame).
+// message is in `out`.  On Failed errno says why (EPROTO: malformed frame,
+// ENOBUFS: a cap was passed, ENOMEM: no memory).
 Rx receive_frame(Endpoint &ep, Conn &c, int64_t wait_ms, Message &out);
+
+// --- memory caps (buffer_caps.cpp) ------------------------------------------
+// Bytes the endpoint keeps for peers: reassembly, inbox, answers, queues.
+size_t buffered_bytes(const Endpoint &ep);
+size_t conn_bytes(const Conn &c);
+// True when c may keep `more` bytes beyond what it has: within its own cap,
+// and within the endpoint's once the connections holding more than c are
+// closed (each counted over_limit).  False when c itself is over.
+bool make_room(Endpoint &ep, const Conn &c, size_t more);
+// Closes the connections holding the most until the endpoint is under its
+// cap again (each counted over_limit).
+void enforce_endpoint_cap(Endpoint &ep);
+// Forgets inbox messages of connection id (their bytes were counted there).
+void discard_inbox_of(Endpoint &ep, uint64_t id);
 
 // --- receiving (receive.cpp) ----------------------------------------------
 // Files a received message: requests go to the inbox with a token of ours,
-// answers to the stray answers.
-void file_message(Endpoint &ep, Message &&m);
+// answers to the answers awaited on that connection; anything else is
+// dropped.  False when the connection must be closed.
+bool file_message(Endpoint &ep, Conn &c, Message &&m);
 int accept_message(Endpoint &ep, void *area, int64_t timeout_ms);
 int await_answer(Endpoint &ep, uint32_t token, int64_t timeout_ms, void *area);
 // The next token for a request of ours sent on conn_id; an awaited one is

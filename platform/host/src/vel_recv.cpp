@@ -2,6 +2,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "c_boundary.h"
 #include "host_internal.h"
 #include "ipacl_host.h"
 #include "platform/vel.h"
@@ -27,27 +28,31 @@ using namespace ipacl_host;
 extern "C" {
 
 IPACL_HOST_API int vel_recv(uint32_t handle, void *msg_handle, void *options) {
-    Endpoint *ep = find_endpoint(handle);
-    if (!ep) return fail(EBADF);
-    if (!msg_handle || !options) return fail(EINVAL);
-    uint32_t words[10];
-    memcpy(words, options, sizeof words);
-    const int64_t wait_ms = wait_limit_ms(*ep, words[2]);
-    switch (words[0]) {
-        case kAnswerToToken:
-            return await_answer(*ep, words[3], wait_ms, msg_handle);
-        case kAnyIncoming:
-            return accept_message(*ep, msg_handle, wait_ms);
-        default:
-            return fail(EINVAL);
-    }
+    return c_boundary(-1, [&] {
+        Endpoint *ep = find_endpoint(handle);
+        if (!ep) return fail(EBADF);
+        if (!msg_handle || !options) return fail(EINVAL);
+        uint32_t words[10];
+        memcpy(words, options, sizeof words);
+        const int64_t wait_ms = wait_limit_ms(*ep, words[2]);
+        switch (words[0]) {
+            case kAnswerToToken:
+                return await_answer(*ep, words[3], wait_ms, msg_handle);
+            case kAnyIncoming:
+                return accept_message(*ep, msg_handle, wait_ms);
+            default:
+                return fail(EINVAL);
+        }
+    });
 }
 
 IPACL_HOST_API int ipacl_host_accept(uint32_t handle, void *msg_handle, uint32_t timeout_ms) {
-    Endpoint *ep = find_endpoint(handle);
-    if (!ep) return fail(EBADF);
-    if (!msg_handle) return fail(EINVAL);
-    return accept_message(*ep, msg_handle, timeout_ms);
+    return c_boundary(-1, [&] {
+        Endpoint *ep = find_endpoint(handle);
+        if (!ep) return fail(EBADF);
+        if (!msg_handle) return fail(EINVAL);
+        return accept_message(*ep, msg_handle, timeout_ms);
+    });
 }
 
 IPACL_HOST_API int ipacl_host_serve(uint32_t handle, ipacl_host_handler handler, void *context,

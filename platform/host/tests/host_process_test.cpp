@@ -24,83 +24,13 @@
 
 namespace {
 
+using host_test::ask_stats;
+using host_test::echo_manager;
 using host_test::EndpointDir;
 using host_test::spawn;
+using host_test::start_manager;
 using host_test::wait_child;
 using Area = std::array<uint8_t, IPACL_HOST_HANDLE_AREA>;
-
-constexpr uint32_t kStatsOpcode = 0xdead;  // asks the test manager for its counters
-
-// Starts a manager process serving 98 with `loop`, and returns once its
-// endpoint is registered.
-pid_t start_manager(const std::function<int(uint32_t)> &loop) {
-    int ready[2];
-    if (pipe(ready) != 0) return -1;
-    pid_t pid = spawn([&] {
-        close(ready[0]);
-        uint32_t h = 0;
-        if (ipacl_host_open(IPACL_HOST_SERVICE_ACL, 0, &h) != 0) return 10;
-        if (write(ready[1], "r", 1) != 1) return 11;
-        close(ready[1]);
-        int rc = loop(h);
-        ipacl_host_close(h);
-        return rc;
-    });
-    close(ready[1]);
-    pollfd p{ready[0], POLLIN, 0};
-    char byte;
-    bool ok = poll(&p, 1, 20000) == 1 && read(ready[0], &byte, 1) == 1;
-    close(ready[0]);
-    if (!ok) {
-        wait_child(pid, 0);
-        return -1;
-    }
-    return pid;
-}
-
-// Answers every request with its own payload, in batches answered last
-// first, so that answers to different clients interleave; the stats opcode
-// is answered with the endpoint's counters.
-int echo_manager(uint32_t h, uint32_t expected, uint32_t idle_ms) {
-    char err[IPACL_ERR_TEXT_SIZE];
-    for (uint32_t handled = 0; handled < expected;) {
-        std::vector<Area> batch(1);
-        if (ipacl_host_accept(h, batch[0].data(), idle_ms) != 0) return 20;
-        Area next;
-        while (batch.size() < 16 && ipacl_host_accept(h, next.data(), 0) == 0)
-            batch.push_back(next);
-        for (auto it = batch.rbegin(); it != batch.rend(); ++it, ++handled) {
-            ipacl_host_msg_info info;
-            if (ipacl_host_msg_info_get(it->data(), &info) != 0) return 21;
-            uint32_t token = vel_rr_token_get(it->data());
-            uint32_t rc;
-            if (info.opcode == kStatsOpcode) {
-                ipacl_host_stats stats{};
-                ipacl_host_stats_get(h, &stats);
-                rc = ipacl_wrap_vel_rsp(h, token, &stats, sizeof stats, err);
-            } else {
-                rc = ipacl_wrap_vel_rsp(h, token, vel_payload_get(it->data()),
-                                        vel_payload_size(it->data()), err);
-            }
-            // A requester may have gone away; the manager carries on.
-            if (rc != 0 && rc != EPIPE) return 22;
-            vel_drop(h, it->data());
-        }
-    }
-    return 0;
-}
-
-ipacl_host_stats ask_stats(uint32_t client) {
-    ipacl_host_stats stats{};
-    ipacl_vel_msg req{}, rsp{};
-    req.opcode = kStatsOpcode;
-    char err[IPACL_ERR_TEXT_SIZE];
-    if (ipacl_wrap_vel_req_rsp(client, &req, &rsp, err) == 0 && rsp.size == sizeof stats) {
-        memcpy(&stats, rsp.payload, sizeof stats);
-        vel_drop(client, rsp.handle);
-    }
-    return stats;
-}
 
 bool all_zero(const void *p, size_t n) {
     const auto *b = static_cast<const uint8_t *>(p);

@@ -12,6 +12,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
+#include <fstream>
+#include <sstream>
+#include <poll.h>
+
+#include <ipacl/ipacl.h>
+
+#include "platform/vel.h"
+
 #if defined(__SANITIZE_ADDRESS__)
 #include <sanitizer/lsan_interface.h>
 #endif
@@ -72,6 +81,110 @@ int raw_connect(const std::string &path) {
         return -1;
     }
     return fd;
+}
+
+using Area = std::array<uint8_t, IPACL_HOST_HANDLE_AREA>;
+
+pid_t start_manager(const std::function<int(uint32_t)> &loop) {
+    int ready[2];
+    if (pipe(ready) != 0) return -1;
+    pid_t pid = spawn([&] {
+        close(ready[0]);
+        uint32_t h = 0;
+        if (ipacl_host_open(IPACL_HOST_SERVICE_ACL, 0, &h) != 0) return 10;
+        if (write(ready[1], "r", 1) != 1) return 11;
+        close(ready[1]);
+        int rc = loop(h);
+        ipacl_host_close(h);
+        return rc;
+    });
+    close(ready[1]);
+    pollfd p{ready[0], POLLIN, 0};
+    char byte;
+    bool ok = poll(&p, 1, 20000) == 1 && read(ready[0], &byte, 1) == 1;
+    close(ready[0]);
+    if (!ok) {
+        wait_child(pid, 0);
+        return -1;
+    }
+    return pid;
+}
+
+int echo_manager(uint32_t h, uint32_t expected, uint32_t idle_ms) {
+    char err[IPACL_ERR_TEXT_SIZE];
+    for (uint32_t handled = 0; handled < expected;) {
+        std::vector<Area> batch(1);
+        if (ipacl_host_accept(h, batch[0].data(), idle_ms) != 0) return 20;
+        Area next;
+        while (batch.size() < 16 && ipacl_host_accept(h, next.data(), 0) == 0)
+            batch.push_back(next);
+        bool stop = false;
+        for (auto it = batch.rbegin(); it != batch.rend(); ++it, ++handled) {
+            ipacl_host_msg_info info;
+            if (ipacl_host_msg_info_get(it->data(), &info) != 0) return 21;
+            uint32_t token = vel_rr_token_get(it->data());
+            uint32_t rc;
+            if (info.opcode == kStatsOpcode) {
+                ipacl_host_stats stats{};
+                ipacl_host_stats_get(h, &stats);
+                rc = ipacl_wrap_vel_rsp(h, token, &stats, sizeof stats, err);
+            } else {
+                stop = stop || info.opcode == kStopOpcode;
+                rc = ipacl_wrap_vel_rsp(h, token, vel_payload_get(it->data()),
+                                        vel_payload_size(it->data()), err);
+            }
+            // A requester may have gone away or been cut off; the manager
+            // carries on.
+            if (rc != 0 && rc != EPIPE && rc != ENOBUFS) return 22;
+            vel_drop(h, it->data());
+        }
+        if (stop) return 0;
+    }
+    return 0;
+}
+
+ipacl_host_stats ask_stats(uint32_t client) {
+    ipacl_host_stats stats{};
+    ipacl_vel_msg req{}, rsp{};
+    req.opcode = kStatsOpcode;
+    char err[IPACL_ERR_TEXT_SIZE];
+    if (ipacl_wrap_vel_req_rsp(client, &req, &rsp, err) == 0 && rsp.size == sizeof stats) {
+        memcpy(&stats, rsp.payload, sizeof stats);
+        vel_drop(client, rsp.handle);
+    }
+    return stats;
+}
+
+bool stop_manager(uint32_t client) {
+    ipacl_vel_msg req{}, rsp{};
+    req.opcode = kStopOpcode;
+    char err[IPACL_ERR_TEXT_SIZE];
+    if (ipacl_wrap_vel_req_rsp(client, &req, &rsp, err) != 0) return false;
+    vel_drop(client, rsp.handle);
+    return true;
+}
+
+long proc_status_kb(pid_t pid, const char *field) {
+    std::ifstream in("/proc/" + std::to_string(pid) + "/status");
+    std::string key;
+    for (std::string line; std::getline(in, line);) {
+        std::istringstream words(line);
+        long kb = -1;
+        if (words >> key >> kb && key == std::string(field) + ":") return kb;
+    }
+    return -1;
+}
+
+long cpu_ticks(pid_t pid) {
+    std::ifstream in("/proc/" + std::to_string(pid) + "/stat");
+    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    // Fields 14 and 15 (user and system time) follow the parenthesised name.
+    std::istringstream rest(text.substr(text.rfind(')') + 2));
+    std::string field;
+    long utime = 0, stime = 0;
+    for (int i = 3; i <= 13; ++i) rest >> field;
+    rest >> utime >> stime;
+    return utime + stime;
 }
 
 uid_t nobody_uid() {

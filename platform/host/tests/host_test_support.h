@@ -8,6 +8,8 @@
 #include <sys/types.h>
 #include <vector>
 
+#include "ipacl_host.h"
+
 namespace host_test {
 
 // A fresh private directory, made the endpoint directory of this process
@@ -32,6 +34,28 @@ int wait_child(pid_t pid, int timeout_ms = 60000);
 
 // A raw SOCK_SEQPACKET connection to path, or -1.
 int raw_connect(const std::string &path);
+
+// A manager process serving 98 with `loop`, started once its endpoint is
+// registered; -1 when it did not come up.
+pid_t start_manager(const std::function<int(uint32_t)> &loop);
+
+// Opcodes the test managers understand besides plain requests.
+constexpr uint32_t kStatsOpcode = 0xdead;  // answered with the endpoint's counters
+constexpr uint32_t kStopOpcode = 0xdeaf;   // answered, then the manager returns 0
+
+// Answers every request with its own payload, in batches answered last
+// first, so that answers to different clients interleave, until `expected`
+// were handled, the stop opcode came or nothing came for idle_ms.
+int echo_manager(uint32_t h, uint32_t expected, uint32_t idle_ms);
+// The counters of the manager `client` talks to (zero when it cannot ask).
+ipacl_host_stats ask_stats(uint32_t client);
+// Asks the manager to stop; true when it answered.
+bool stop_manager(uint32_t client);
+
+// A line of /proc/<pid>/status in KiB ("VmHWM", "VmSize", ...), -1 if none.
+long proc_status_kb(pid_t pid, const char *field);
+// CPU time the process used so far, in clock ticks.
+long cpu_ticks(pid_t pid);
 
 // The uid and gid of "nobody".
 uid_t nobody_uid();

@@ -523,14 +523,19 @@ TEST(HostDir, OnlyAPrivateDirectoryIsUsed) {
         EXPECT_EQ(errno, EACCES);
     }
 
+    // Sockets are reached through the directory's descriptor, so a path
+    // longer than a socket address can hold still serves.
     std::string too_long = base + "/" + std::string(120, 'd');
     setenv("IPACL_HOST_DIR", too_long.c_str(), 1);
-    EXPECT_NE(ipacl_host_open(98, 0, &h), 0);
-    EXPECT_EQ(errno, ENAMETOOLONG);
+    ASSERT_EQ(ipacl_host_open(98, 0, &h), 0) << strerror(errno);
+    EXPECT_EQ(stat((too_long + "/svc-98").c_str(), &st), 0);
+    ipacl_host_close(h);
+    unlink((too_long + "/svc-98.lock").c_str());
     rmdir(too_long.c_str());
 
     unsetenv("IPACL_HOST_DIR");
     unlink(link.c_str());
+    unlink((fresh + "/svc-98.lock").c_str());
     rmdir(fresh.c_str());
     rmdir(base.c_str());
 }

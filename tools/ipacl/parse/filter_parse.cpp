@@ -248,6 +248,17 @@ class filter_reader {
     ipacl_filter filter_;
 };
 
+// The record's text fields and the library's readers stop at a NUL: a word
+// that carries one would be read as its first part and the rest ignored.
+// The word is reported up to the NUL, which a terminal could not show.
+void refuse_nul(const std::vector<std::string> &words) {
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        std::size_t nul = words[i].find('\0');
+        if (nul != std::string::npos)
+            throw word_failure{i + 1, words[i].substr(0, nul), "contains a NUL character"};
+    }
+}
+
 parse_result failed(const word_failure &failure) {
     parse_result result;
     result.error.position = failure.position;
@@ -296,6 +307,7 @@ parse_result parse_filter(const std::vector<std::string> &words, const parse_opt
         return result;
     }
     try {
+        refuse_nul(words);
         parse_result result;
         result.filter = filter_reader(words, options).read();
         result.ok = true;
