@@ -30,3 +30,10 @@ configure_file(${PROJECT_SOURCE_DIR}/cmake/ipacl-platform-host.pc.in
   ${PROJECT_BINARY_DIR}/ipacl-platform-host.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/ipacl.pc ${PROJECT_BINARY_DIR}/ipacl-platform-host.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# The netfilter library's pkg-config file, where it is built.
+if(TARGET ipacl_netfilter)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/ipacl-netfilter.pc.in
+    ${PROJECT_BINARY_DIR}/ipacl-netfilter.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/ipacl-netfilter.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endif()
