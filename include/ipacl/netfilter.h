@@ -28,8 +28,8 @@
  *   action      permit: target ipacl_target_accept.  deny: target
  *               ipacl_target_drop.  deny with log_deny 1: the same rule
  *               twice in a row, first with the LOG target (level warning,
- *               no log flags, prefix "CHAIN FILTER-INDEX deny: " cut to 29
- *               characters), then with the drop target.  In an ipacl_ipt_rule
+ *               no log flags, prefix "CHAIN FILTER-INDEX deny: " with the
+ *               chain name cut to 20 characters), then with the drop target.  In an ipacl_ipt_rule
  *               this shows as target DROP plus a log match slot (type 10)
  *               holding the LOG parameters; read back, the kernel's two
  *               entries come back as two rules, the first with target "LOG"
@@ -287,8 +287,8 @@ IPACL_NF_API uint32_t ipacl_nf_rules6(const char *chain, ipacl_nf_rule6 *rules, 
  * bytes), the tool's own listing form:
  *   CHAIN RULE TARGET PROTO SOURCE DESTINATION [in IF] [out IF]
  *         [sport OP ...] [dport OP ...] [established] [icmp6 T C-C]
- *         [tos 0xV/0xM] [log "PREFIX"] packets N bytes M
- * PROTO is "ip" (any), a protocol name of ipacl_str_ip_proto or a number;
+ *         [tos 0xV] [log "PREFIX"] packets N bytes M
+ * PROTO is "ip" (any) or the protocol as ipacl_str_proto writes it;
  * SOURCE/DESTINATION "any", "ADDR/LEN", or "ADDR/MASK" for a mask that is
  * not a prefix; ports "eq P", "neq P", "range L H"; a "not " before a
  * field the rule inverts.  Codes: IPACL_OK, IPACL_NF_E_SHORT_BUFFER,
