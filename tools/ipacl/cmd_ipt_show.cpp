@@ -9,6 +9,7 @@
 #include <ipacl/show.h>
 
 #include <cstdio>
+#include <cstring>
 #include <map>
 #include <memory>
 #include <string>
@@ -75,17 +76,39 @@ struct show_command {
 
     const char *chain_arg() const { return chain.empty() ? nullptr : chain.c_str(); }
 
-    int show_ipv4(const view &v) const {
+    static int show_records(const view &v, uint32_t op, const char *name) {
         char err[IPACL_NF_ERR_TEXT_SIZE] = {};
         std::vector<uint8_t> buf;
-        uint32_t op = chain.empty() ? v.all_op : v.chain_op;
-        uint32_t code = query_all(op, chain_arg(), buf, err);
+        uint32_t code = query_all(op, name, buf, err);
         if (code != IPACL_OK) return netfilter_status(code, err);
         const auto *rsp = reinterpret_cast<const ipacl_ipt_rsp *>(buf.data());
         for (uint32_t i = 0; i < rsp->count; ++i)
             v.show(rsp->records + i * v.record_size, i == 0 ? 1 : 0);
-        if (rsp->count == 0) std::printf("(no IPv4 %s)\n", what == "chains" ? "chains" : "rules");
+        if (rsp->count == 0) std::printf("(none)\n");
         return exit_ok;
+    }
+
+    // A rule summary does not name its chain, so every chain gets its own
+    // table under its name.
+    static int show_summary_by_chain(const view &v) {
+        char err[IPACL_NF_ERR_TEXT_SIZE] = {};
+        std::vector<uint8_t> buf;
+        uint32_t code = query_all(IPACL_IPT_OP_ALL_CHAINS, nullptr, buf, err);
+        if (code != IPACL_OK) return netfilter_status(code, err);
+        const auto *rsp = reinterpret_cast<const ipacl_ipt_rsp *>(buf.data());
+        for (uint32_t i = 0; i < rsp->count; ++i) {
+            ipacl_ipt_chain row;
+            std::memcpy(&row, rsp->records + i * sizeof row, sizeof row);
+            std::printf("%sChain %s\n", i == 0 ? "" : "\n", row.chain);
+            int status = show_records(v, v.chain_op, row.chain);
+            if (status != exit_ok) return status;
+        }
+        return exit_ok;
+    }
+
+    int show_ipv4(const view &v) const {
+        if (what == "summary" && chain.empty()) return show_summary_by_chain(v);
+        return show_records(v, chain.empty() ? v.all_op : v.chain_op, chain_arg());
     }
 
     // IPv6 chains have no record of their own; their rules are listed after
