@@ -1,5 +1,7 @@
 #include "netns_pair.h"
 
+#include "probes.h"
+
 #include <fcntl.h>
 #include <sched.h>
 #include <unistd.h>
@@ -84,7 +86,8 @@ netns_pair_result netns_pair::create() {
     result.pair.reset(new netns_pair);
     result.refused = true;
     if (!result.pair->make_namespaces(result.why) ||
-        !result.pair->link_and_address(result.why, result.refused))
+        !result.pair->link_and_address(result.why, result.refused) ||
+        !result.pair->carries(result.why))
         result.pair.reset();
     else
         result.refused = false;
@@ -131,6 +134,20 @@ bool netns_pair::link_and_address(std::string &why, bool &refused) {
     const char *batch[] = {"ip", "-batch", "-", nullptr};
     return run_ip(manager_.ns_fd, batch, setup_script(manager_, peer_), why, refused) &&
            run_ip(peer_.ns_fd, batch, setup_script(peer_, manager_), why, refused);
+}
+
+bool netns_pair::carries(std::string &why) const {
+    // A link that was just set up drops what it is given until the kernel
+    // has activated it (asynchronously, within about a second).
+    constexpr int attempts = 20;
+    for (int i = 0; i < attempts; ++i) {
+        if (udp_probe(*this, peer_, manager_, {.port = 9}) == 1 &&
+            udp_probe(*this, manager_, peer_, {.port = 9}) == 1)
+            return true;
+        usleep(20000);
+    }
+    why = "the veth pair carries no packets";
+    return false;
 }
 
 netns_pair::~netns_pair() {

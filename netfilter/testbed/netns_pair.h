@@ -49,6 +49,7 @@ class netns_pair {
     netns_pair() = default;
     bool make_namespaces(std::string &why);
     bool link_and_address(std::string &why, bool &refused);
+    bool carries(std::string &why) const;
 
     int home_fd_ = -1;
     netns_side manager_, peer_;
