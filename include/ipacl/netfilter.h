@@ -29,23 +29,29 @@
  *               ipacl_target_drop.  deny with log_deny 1: the same rule
  *               twice in a row, first with the LOG target (level warning,
  *               no log flags, prefix "CHAIN FILTER-INDEX deny: " with the
- *               chain name cut to 20 characters), then with the drop target.  In an ipacl_ipt_rule
- *               this shows as target DROP plus a log match slot (type 10)
+ *               chain name cut to 20 characters), then with the drop
+ *               target.  In an ipacl_ipt_rule this shows as target DROP
+ *               plus a log match slot (type 10)
  *               holding the LOG parameters; read back, the kernel's two
  *               entries come back as two rules, the first with target "LOG"
  *               and its log slot.
- *   protocol    -1 (any) and 0 (ip): no protocol test (kernel protocol 0).
- *               Any other number: that protocol.
+ *   protocol    the any protocol of the family, -1, and 0 (ip) on IPv4 or
+ *               41 (ipv6) on IPv6: no protocol test (kernel protocol 0).
+ *               Any other number: that protocol.  0 on IPv6:
+ *               IPACL_NF_E_UNSUPPORTED.
  *   source,     IPv4: the mask is the complement of the wildcard word
  *   destination (src_wildcard / dst_wildcard, host order), the address is
  *               src_addr / dst_addr masked by it; prefix_len is not read.
  *               IPv6: the mask is prefix_len leading ones (0..128, else
  *               IPACL_NF_E_UNSUPPORTED), the address masked by it.
- *   ports       tcp (6) and udp (17) only, one tcp or udp match:
- *               op 0 (any): no port test, whatever low and high hold;
- *               eq: low..low; neq: low..low inverted (the match's invert
- *               flag for that port); lt, gt, range: low..high as the record
- *               holds them (the checks make lt 0..high and gt low..65535).
+ *   ports       tcp (6) and udp (17) only, one tcp or udp match, each port
+ *               condition an inclusive range: eq P: P..P; neq P: P..P with
+ *               the match's invert flag for that port; lt P (bounds 0..P):
+ *               0..P-1; gt P (bounds P..65535): P+1..65535; range L H:
+ *               L..H.  Operator 0 reads the bounds as the library's filter
+ *               text does: 0..0 or 0..65535 no test, L == H eq, 0..P lt,
+ *               P..65535 gt, else range.  lt 0 and gt 65535 match no port:
+ *               IPACL_NF_E_UNSUPPORTED.
  *   established tcp only: the tcp match tests that ACK or RST is set
  *               (flag mask ACK|RST, compare 0, flags inverted).
  *   icmp        protocol 1 on IPv4 ("icmp" match), 58 on IPv6 ("icmp6"
@@ -56,13 +62,15 @@
  *   tos         IPv6 traffic class: precedence p: mask 0xe0, value p << 5;
  *               tos t: mask 0x1e, value t << 1.  In an ipacl_ipt_rule the
  *               tos slot (type 9) holds the value byte.
- *   fragments   IPv4: the entry's fragment flag (non-first fragments only);
+ *   fragments   1, IPv4: the entry's fragment flag (non-first fragments only);
+ *               above 1: IPACL_NF_E_UNSUPPORTED;
  *               with ports, established or an ICMP type the rule could
  *               never match, so that is IPACL_NF_E_UNSUPPORTED.  IPv6 has no
  *               such flag: IPACL_NF_E_UNSUPPORTED.
  *   interface   direction in (1, 3): input interface; out (2, 4): output
- *               interface; 0 (no-dir) and 5 and above: IPACL_E_BAD_DIR from
- *               ipacl_chk_dir.  The name as given, matched exactly (mask
+ *               interface; 5 and above: IPACL_E_BAD_DIR with the message of
+ *               ipacl_chk_dir; 0 (no-dir): IPACL_E_BAD_DIR "no chain for
+ *               direction no-dir".  The name as given, matched exactly (mask
  *               over the name and its terminating zero); a trailing "+"
  *               matches every name that starts with what precedes it.
  *               NULL or "" means every interface.  16 characters or more:
@@ -117,6 +125,9 @@ IPACL_BEGIN_DECLS
 
 /* The filter is valid but x_tables cannot express it exactly.
  * Messages: "fragments cannot be matched on IPv6 filters";
+ * "protocol ip is not allowed for IPv6 filters (ipv6 is any)";
+ * "%s lt 0 matches no port", "%s gt 65535 matches no port" ("source port",
+ * "dest port"); "bad fragments %u";
  * "fragments cannot be combined with %s" ("ports", "established",
  * "icmp type"); "icmp type needs protocol icmp6 on IPv6 filters";
  * "icmp type needs protocol icmp on IPv4 filters";

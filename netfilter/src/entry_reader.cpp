@@ -9,6 +9,7 @@
 #include <linux/netfilter_ipv4/ip_tables.h>
 #include <linux/netfilter_ipv6/ip6_tables.h>
 
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 
@@ -30,7 +31,7 @@ struct match_kind {
 
 constexpr match_kind kMatchKinds[] = {
     {"tcp", IPACL_MATCH_TCP, sizeof(xt_tcp)},
-    {"udp", IPACL_MATCH_UDP, sizeof(xt_udp)},
+    {"udp", IPACL_MATCH_UDP, offsetof(xt_udp, invflags) + 1},  // not the padding
     {"icmp", IPACL_MATCH_ICMP, sizeof(ipt_icmp)},
     {"icmp6", IPACL_MATCH_ICMP, sizeof(ip6t_icmp)},
 };
@@ -104,7 +105,7 @@ void read_ipv4_rule(const table_image &image, uint32_t index, ipacl_ipt_rule &ou
     out.rule_num = image.rule_number(index);
     read_ipv4_entry(image, index, out.entry);
     read_target_name(image, index, out.target);
-    ipacl_match slots[IPACL_RULE_MATCHES];
+    ipacl_match slots[IPACL_RULE_MATCHES] = {};
     out.match_count = read_matches(image, index, slots);
     std::memcpy(out.matches, slots, sizeof slots);
 }

@@ -65,25 +65,34 @@ bool append_extension(byte_buffer &arena, const char *name, uint8_t revision, co
     return true;
 }
 
+// Match data starts zeroed: padding bytes reach the kernel and come back.
+template <class Data>
+Data zeroed() {
+    Data data;
+    std::memset(&data, 0, sizeof data);
+    return data;
+}
+
 bool append_layer4(byte_buffer &arena, const family_layout &layout, const rule_plan &plan) {
     if (plan.match == layer4::tcp) {
-        xt_tcp tcp{{plan.sport.low, plan.sport.high},
-                   {plan.dport.low, plan.dport.high},
-                   0,
-                   0,
-                   0,
-                   tcp_invert_flags(plan)};
+        auto tcp = zeroed<xt_tcp>();
+        tcp.spts[0] = plan.sport.low, tcp.spts[1] = plan.sport.high;
+        tcp.dpts[0] = plan.dport.low, tcp.dpts[1] = plan.dport.high;
         if (plan.established) tcp.flg_mask = kTcpAck | kTcpRst;
+        tcp.invflags = tcp_invert_flags(plan);
         return append_extension(arena, "tcp", 0, &tcp, sizeof tcp);
     }
     if (plan.match == layer4::udp) {
-        xt_udp udp{{plan.sport.low, plan.sport.high},
-                   {plan.dport.low, plan.dport.high},
-                   udp_invert_flags(plan)};
+        auto udp = zeroed<xt_udp>();
+        udp.spts[0] = plan.sport.low, udp.spts[1] = plan.sport.high;
+        udp.dpts[0] = plan.dport.low, udp.dpts[1] = plan.dport.high;
+        udp.invflags = udp_invert_flags(plan);
         return append_extension(arena, "udp", 0, &udp, sizeof udp);
     }
     if (plan.match == layer4::icmp) {
-        ipt_icmp icmp{plan.icmp_type, {plan.code_low, plan.code_high}, 0};
+        auto icmp = zeroed<ipt_icmp>();
+        icmp.type = plan.icmp_type;
+        icmp.code[0] = plan.code_low, icmp.code[1] = plan.code_high;
         static_assert(sizeof(ipt_icmp) == sizeof(ip6t_icmp));
         bool ipv4 = layout.family == IPACL_ADDR_TYPE_IPV4;
         return append_extension(arena, ipv4 ? "icmp" : "icmp6", 0, &icmp, sizeof icmp);
@@ -94,7 +103,9 @@ bool append_layer4(byte_buffer &arena, const family_layout &layout, const rule_p
 bool append_matches(byte_buffer &arena, const family_layout &layout, const rule_plan &plan) {
     if (!append_layer4(arena, layout, plan)) return false;
     if (!plan.tos_present) return true;
-    xt_tos_match_info tos{plan.tos_mask, plan.tos_value, 0};
+    auto tos = zeroed<xt_tos_match_info>();
+    tos.tos_mask = plan.tos_mask;
+    tos.tos_value = plan.tos_value;
     return append_extension(arena, "tos", kTosRevision, &tos, sizeof tos);
 }
 
@@ -106,7 +117,9 @@ bool append_target(byte_buffer &arena, const target_spec &target) {
             return append_extension(arena, XT_STANDARD_TARGET, 0, &verdict, sizeof verdict);
         }
         case target_kind::log: {
-            xt_log_info log{kLogLevel, kLogFlags, {}};
+            auto log = zeroed<xt_log_info>();
+            log.level = kLogLevel;
+            log.logflags = kLogFlags;
             std::snprintf(log.prefix, sizeof log.prefix, "%s", target.log_prefix);
             return append_extension(arena, "LOG", 0, &log, sizeof log);
         }

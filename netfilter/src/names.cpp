@@ -10,6 +10,7 @@
 #include <linux/netfilter.h>
 #include <linux/netfilter/x_tables.h>
 
+#include <cstdio>
 #include <cstring>
 
 namespace ipacl_nf {
@@ -110,7 +111,7 @@ extern "C" {
 
 IPACL_NF_API void ipacl_nf_fill_names(void) {
     for (const ipacl_nf::default_name &name : ipacl_nf::kDefaults)
-        if (name.buffer[0] == '\0') std::strncpy(name.buffer, name.fallback, name.size - 1);
+        if (name.buffer[0] == '\0') std::snprintf(name.buffer, name.size, "%s", name.fallback);
 }
 
 IPACL_NF_API uint32_t ipacl_nf_chain_name(uint32_t dir, char *chain, char *err) {
@@ -122,8 +123,7 @@ IPACL_NF_API uint32_t ipacl_nf_chain_name(uint32_t dir, char *chain, char *err) 
         ipacl_str_dir(dir, dir_text);
         return ipacl_nf::fail(err, IPACL_E_BAD_DIR, "no chain for direction %s", dir_text);
     }
-    std::strncpy(chain, name, IPACL_CHAIN_NAME_SIZE - 1);
-    chain[IPACL_CHAIN_NAME_SIZE - 1] = '\0';
+    std::snprintf(chain, IPACL_CHAIN_NAME_SIZE, "%.31s", name);
     return ipacl_nf::succeed(err);
 }
 }

@@ -67,16 +67,38 @@ uint32_t plan_addresses(const ipacl_filter &f, rule_plan &plan, char *err) {
     return plan_ipv6_address(f.dst_addr, plan.dst, plan.dst_mask, err);
 }
 
-// One port condition as a range, inverted for neq; op any tests nothing.
-port_test plan_port(uint32_t op, uint32_t low, uint32_t high) {
-    port_test test;
-    if (op == IPACL_PORT_OP_ANY) return test;
+constexpr uint32_t kPortMax = 65535;
+
+// Operator 0 leaves the condition to the bounds, as the library's filter
+// text reads them: 0..0 and 0..65535 any, low == high eq, 0..P lt P,
+// P..65535 gt P, else range.
+uint32_t effective_op(uint32_t op, uint32_t low, uint32_t high) {
+    if (op != IPACL_PORT_OP_ANY) return op;
+    if (low == 0 && (high == 0 || high == kPortMax)) return IPACL_PORT_OP_ANY;
+    if (low == high) return IPACL_PORT_OP_EQ;
+    if (low == 0) return IPACL_PORT_OP_LT;
+    if (high == kPortMax) return IPACL_PORT_OP_GT;
+    return IPACL_PORT_OP_RANGE;
+}
+
+// One port condition as an inclusive range, inverted for neq: eq and neq
+// P..P, lt P 0..P-1, gt P P+1..65535, range low..high.
+uint32_t plan_port(uint32_t op, uint32_t low, uint32_t high, const char *label, port_test &test,
+                   char *err) {
+    op = effective_op(op, low, high);
+    if (op == IPACL_PORT_OP_ANY) return 0;
+    if (op == IPACL_PORT_OP_LT && high == 0)
+        return fail(err, IPACL_NF_E_UNSUPPORTED, "%s lt 0 matches no port", label);
+    if (op == IPACL_PORT_OP_GT && low == kPortMax)
+        return fail(err, IPACL_NF_E_UNSUPPORTED, "%s gt 65535 matches no port", label);
     test.present = true;
-    test.low = static_cast<uint16_t>(low);
-    bool single = op == IPACL_PORT_OP_EQ || op == IPACL_PORT_OP_NEQ;
-    test.high = static_cast<uint16_t>(single ? low : high);
     test.invert = op == IPACL_PORT_OP_NEQ;
-    return test;
+    test.low = static_cast<uint16_t>(op == IPACL_PORT_OP_GT ? low + 1 : low);
+    test.high = static_cast<uint16_t>(op == IPACL_PORT_OP_LT      ? high - 1
+                                      : op == IPACL_PORT_OP_GT    ? kPortMax
+                                      : op == IPACL_PORT_OP_RANGE ? high
+                                                                  : low);
+    return 0;
 }
 
 uint32_t plan_icmp(const ipacl_filter &f, rule_plan &plan, char *err) {
@@ -93,12 +115,20 @@ uint32_t plan_icmp(const ipacl_filter &f, rule_plan &plan, char *err) {
 }
 
 uint32_t plan_layer4(const ipacl_filter &f, rule_plan &plan, char *err) {
-    bool any = f.protocol == kNotSet || f.protocol == IPACL_PROTO_IP;
+    // The any protocol of each family, as the library's comparisons read it.
+    bool ipv4 = plan.family == IPACL_ADDR_TYPE_IPV4;
+    if (!ipv4 && f.protocol == IPACL_PROTO_IP)
+        return unsupported(err, "protocol ip is not allowed for IPv6 filters (ipv6 is any)");
+    bool any = f.protocol == kNotSet || f.protocol == (ipv4 ? IPACL_PROTO_IP : IPACL_PROTO_IPV6);
     plan.proto = any ? 0 : static_cast<uint16_t>(f.protocol);
     if (f.protocol != IPACL_PROTO_TCP && f.protocol != IPACL_PROTO_UDP)
         return plan_icmp(f, plan, err);
-    plan.sport = plan_port(f.src_port_op, f.src_port_low, f.src_port_high);
-    plan.dport = plan_port(f.dst_port_op, f.dst_port_low, f.dst_port_high);
+    if (uint32_t rc = plan_port(f.src_port_op, f.src_port_low, f.src_port_high, "source port",
+                                plan.sport, err))
+        return rc;
+    if (uint32_t rc =
+            plan_port(f.dst_port_op, f.dst_port_low, f.dst_port_high, "dest port", plan.dport, err))
+        return rc;
     plan.established = f.protocol == IPACL_PROTO_TCP && f.established == 1;
     if (plan.sport.present || plan.dport.present || plan.established)
         plan.match = f.protocol == IPACL_PROTO_TCP ? layer4::tcp : layer4::udp;

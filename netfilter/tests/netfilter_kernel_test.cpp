@@ -1,0 +1,462 @@
+// The kernel side, each test in a fresh private network namespace: apply
+// read back by iptables-legacy and ip6tables-legacy, the implicit deny with
+// real packets on the namespace's loopback, other chains and counters kept,
+// atomicity with 1,000 rules, the live table through the wire and the
+// displays, and the counter clears.  Where the kernel refuses (no
+// namespaces, no x_tables, an emulator that does not pass the socket
+// options on), the tests skip with the reason.
+#include "nf_test_support.h"
+
+#include "tests/double/capture_stdout.h"
+
+#include <ipacl/codes.h>
+#include <ipacl/enums.h>
+#include <ipacl/show.h>
+#include <ipacl/wire.h>
+
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+using nf_test::filter_of;
+using nf_test::run;
+
+constexpr uint32_t kIpv4 = IPACL_ADDR_TYPE_IPV4, kIpv6 = IPACL_ADDR_TYPE_IPV6;
+constexpr uint32_t kIn = IPACL_DIR_IN, kOut = IPACL_DIR_OUT;
+
+std::vector<ipacl_filter> profile(const std::vector<std::string> &lines, bool ipv6 = false) {
+    std::vector<ipacl_filter> filters;
+    for (std::size_t i = 0; i < lines.size(); ++i)
+        filters.push_back(filter_of(lines[i], ipv6, static_cast<uint32_t>(i + 1)));
+    return filters;
+}
+
+// The filter table as iptables-legacy-save prints it with its counters.
+std::string saved_table() { return run("iptables-legacy-save -c -t filter | grep -v '^#'"); }
+
+// A UDP socket bound to 127.0.0.1:port.
+int udp_listener(uint16_t port) {
+    int fd = socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK, 0);
+    sockaddr_in at{};
+    at.sin_family = AF_INET;
+    at.sin_port = htons(port);
+    at.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    EXPECT_EQ(bind(fd, reinterpret_cast<sockaddr *>(&at), sizeof at), 0);
+    return fd;
+}
+
+void send_udp(uint16_t port, int count) {
+    int fd = socket(AF_INET, SOCK_DGRAM, 0);
+    sockaddr_in to{};
+    to.sin_family = AF_INET;
+    to.sin_port = htons(port);
+    to.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    for (int i = 0; i < count; ++i)
+        sendto(fd, "ipacl", 5, 0, reinterpret_cast<sockaddr *>(&to), sizeof to);
+    close(fd);
+}
+
+// Whether a datagram reaches the listener within a short wait.
+bool received(int fd) {
+    pollfd wait{fd, POLLIN, 0};
+    if (poll(&wait, 1, 300) != 1) return false;
+    char buffer[16];
+    return recv(fd, buffer, sizeof buffer, 0) > 0;
+}
+
+// A query's answer in a buffer large enough for the table at hand.
+struct answer {
+    std::vector<uint8_t> bytes = std::vector<uint8_t>(1 << 20);
+    uint32_t rc = 0;
+    char err[IPACL_NF_ERR_TEXT_SIZE] = {};
+    ipacl_ipt_rsp *rsp() { return reinterpret_cast<ipacl_ipt_rsp *>(bytes.data()); }
+    template <class Record>
+    const Record &at(uint32_t i) {
+        return *reinterpret_cast<const Record *>(rsp()->records + i * sizeof(Record));
+    }
+};
+
+answer query(uint32_t op, const char *chain = nullptr, uint32_t rule = 0) {
+    answer a;
+    a.rc = ipacl_nf_query(op, chain, rule, a.rsp(), static_cast<uint32_t>(a.bytes.size()), a.err);
+    return a;
+}
+
+std::vector<uint64_t> rule_packets(const char *chain) {
+    answer a = query(IPACL_IPT_OP_ALL_RULES, chain);
+    std::vector<uint64_t> packets;
+    for (uint32_t i = 0; i < a.rsp()->count; ++i)
+        packets.push_back(a.at<ipacl_rule_info>(i).entry.packets);
+    return packets;
+}
+
+class KernelTable : public testing::Test {
+  protected:
+    void SetUp() override {
+        nf_test::clear_names();
+        std::string reason = nf_test::enter_private_netns();
+        if (!reason.empty()) GTEST_SKIP() << reason;
+        answer probe = query(IPACL_IPT_OP_ALL_CHAINS);
+        if (probe.rc == IPACL_NF_E_UNAVAILABLE || probe.rc == IPACL_NF_E_PERMISSION)
+            GTEST_SKIP() << probe.err;
+        ASSERT_EQ(probe.rc, IPACL_OK) << probe.err;
+    }
+    void TearDown() override { nf_test::clear_names(); }
+
+    void need_iptables() {
+        if (run("command -v iptables-legacy-save").empty())
+            GTEST_SKIP() << "iptables-legacy is not installed (Debian package iptables)";
+    }
+    void apply(uint32_t family, uint32_t dir, const char *ifname,
+               const std::vector<ipacl_filter> &filters) {
+        char err[IPACL_NF_ERR_TEXT_SIZE];
+        ASSERT_EQ(ipacl_nf_apply(family, dir, ifname, filters.data(),
+                                 static_cast<uint32_t>(filters.size()), err),
+                  IPACL_OK)
+            << err;
+        EXPECT_STREQ(err, "");
+    }
+};
+
+TEST_F(KernelTable, IptablesReadsBackExactlyTheRulesApplied) {
+    need_iptables();
+    apply(kIpv4, kIn, "veth0",
+          profile({"permit tcp any any eq 22", "permit udp 10.1.0.0 0.0.255.255 any neq 53",
+                   "deny tcp any lt 1024 any gt 1023 established log-deny",
+                   "permit icmp 10.9.3.7 0.255.0.255 any echo 0",
+                   "permit udp any range 5000 5010 any precedence flash",
+                   "permit ip any host 192.168.1.1 tos delay",
+                   "permit ip 10.0.0.0/8 any fragments"}));
+    EXPECT_EQ(run("iptables-legacy -S"),
+              "-P INPUT ACCEPT\n"
+              "-P FORWARD ACCEPT\n"
+              "-P OUTPUT ACCEPT\n"
+              "-N ipacl-in\n"
+              "-A INPUT -j ipacl-in\n"
+              "-A ipacl-in -i veth0 -p tcp -m tcp --dport 22 -j ACCEPT\n"
+              "-A ipacl-in -s 10.1.0.0/16 -i veth0 -p udp -m udp ! --dport 53 -j ACCEPT\n"
+              "-A ipacl-in -i veth0 -p tcp -m tcp --sport 0:1023 --dport 1024:65535 ! "
+              "--tcp-flags RST,ACK NONE -j LOG --log-prefix \"ipacl-in 3 deny: \"\n"
+              "-A ipacl-in -i veth0 -p tcp -m tcp --sport 0:1023 --dport 1024:65535 ! "
+              "--tcp-flags RST,ACK NONE -j DROP\n"
+              "-A ipacl-in -s 10.0.3.0/255.0.255.0 -i veth0 -p icmp -m icmp --icmp-type 8/0 "
+              "-j ACCEPT\n"
+              "-A ipacl-in -i veth0 -p udp -m udp --sport 5000:5010 -m tos --tos 0x60/0xe0 "
+              "-j ACCEPT\n"
+              "-A ipacl-in -d 192.168.1.1/32 -i veth0 -m tos --tos 0x10/0x1e -j ACCEPT\n"
+              "-A ipacl-in -s 10.0.0.0/8 -i veth0 -f -j ACCEPT\n"
+              "-A ipacl-in -i veth0 -j DROP");
+
+    // A second apply replaces the rules and keeps the one jump; the other
+    // direction gets its own chain; remove takes a chain and its jump away.
+    apply(kIpv4, kIn, "veth0", profile({"deny udp any any eq 161"}));
+    apply(kIpv4, kOut, "veth0+", profile({"permit tcp any eq 22 any"}));
+    EXPECT_EQ(run("iptables-legacy -S"),
+              "-P INPUT ACCEPT\n"
+              "-P FORWARD ACCEPT\n"
+              "-P OUTPUT ACCEPT\n"
+              "-N ipacl-in\n"
+              "-N ipacl-out\n"
+              "-A INPUT -j ipacl-in\n"
+              "-A OUTPUT -j ipacl-out\n"
+              "-A ipacl-in -i veth0 -p udp -m udp --dport 161 -j DROP\n"
+              "-A ipacl-in -i veth0 -j DROP\n"
+              "-A ipacl-out -o veth0+ -p tcp -m tcp --sport 22 -j ACCEPT\n"
+              "-A ipacl-out -o veth0+ -j DROP");
+    char err[IPACL_NF_ERR_TEXT_SIZE];
+    ASSERT_EQ(ipacl_nf_remove(kIpv4, kIn, err), IPACL_OK) << err;
+    ASSERT_EQ(ipacl_nf_remove(kIpv4, kIn, err), IPACL_OK) << err;  // nothing left to remove
+    EXPECT_EQ(run("iptables-legacy -S"),
+              "-P INPUT ACCEPT\n"
+              "-P FORWARD ACCEPT\n"
+              "-P OUTPUT ACCEPT\n"
+              "-N ipacl-out\n"
+              "-A OUTPUT -j ipacl-out\n"
+              "-A ipacl-out -o veth0+ -p tcp -m tcp --sport 22 -j ACCEPT\n"
+              "-A ipacl-out -o veth0+ -j DROP");
+}
+
+TEST_F(KernelTable, Ip6tablesReadsBackTheIpv6RulesAndTheListingShowsThem) {
+    need_iptables();
+    ipacl_nf_rule6 none[1];
+    uint32_t room = 0;
+    char err[IPACL_NF_ERR_TEXT_SIZE];
+    uint32_t probe = ipacl_nf_rules6(nullptr, none, &room, err);
+    if (probe == IPACL_NF_E_UNAVAILABLE) GTEST_SKIP() << err;
+    apply(kIpv6, kIn, "veth0",
+          profile({"permit tcp 2001:db8::/32 any eq 22", "permit icmp6 any any 128",
+                   "deny udp any host 2001:db8::1 range 1 9 log-deny"},
+                  true));
+    EXPECT_EQ(run("ip6tables-legacy -S"),
+              "-P INPUT ACCEPT\n"
+              "-P FORWARD ACCEPT\n"
+              "-P OUTPUT ACCEPT\n"
+              "-N ipacl-in\n"
+              "-A INPUT -j ipacl-in\n"
+              "-A ipacl-in -s 2001:db8::/32 -i veth0 -p tcp -m tcp --dport 22 -j ACCEPT\n"
+              "-A ipacl-in -i veth0 -p ipv6-icmp -m icmp6 --icmpv6-type 128 -j ACCEPT\n"
+              "-A ipacl-in -d 2001:db8::1/128 -i veth0 -p udp -m udp --dport 1:9 -j LOG "
+              "--log-prefix \"ipacl-in 3 deny: \"\n"
+              "-A ipacl-in -d 2001:db8::1/128 -i veth0 -p udp -m udp --dport 1:9 -j DROP\n"
+              "-A ipacl-in -i veth0 -j DROP");
+
+    ipacl_nf_rule6 rules[8];
+    room = 8;
+    ASSERT_EQ(ipacl_nf_rules6("ipacl-in", rules, &room, err), IPACL_OK) << err;
+    ASSERT_EQ(room, 5u);
+    std::string listing;
+    for (uint32_t i = 0; i < room; ++i) {
+        char line[256];
+        ASSERT_EQ(ipacl_nf_str_rule6(&rules[i], line, sizeof line, err), IPACL_OK) << err;
+        listing += std::string(line) + "\n";
+    }
+    EXPECT_EQ(listing,
+              "ipacl-in 1 ACCEPT tcp 2001:db8::/32 any in veth0 dport eq 22 packets 0 bytes 0\n"
+              "ipacl-in 2 ACCEPT icmp6 any any in veth0 icmp6 128 packets 0 bytes 0\n"
+              "ipacl-in 3 LOG udp any 2001:db8::1/128 in veth0 dport range 1 9 log \"ipacl-in 3 "
+              "deny: \" packets 0 bytes 0\n"
+              "ipacl-in 4 DROP udp any 2001:db8::1/128 in veth0 dport range 1 9 packets 0 bytes 0\n"
+              "ipacl-in 5 DROP ip any any in veth0 packets 0 bytes 0\n");
+    room = 2;
+    EXPECT_EQ(ipacl_nf_rules6(nullptr, rules, &room, err), IPACL_NF_E_SHORT_BUFFER);
+    EXPECT_EQ(room, 6u);  // the jump in INPUT and the five rules
+    EXPECT_EQ(ipacl_nf_rules6("nosuch", rules, &room, err), IPACL_NF_E_BAD_CHAIN);
+    EXPECT_STREQ(err, "no chain 'nosuch'");
+}
+
+// After the last filter a packet of the interface is dropped: a datagram to
+// a permitted port arrives, one to any other port does not, and the packet
+// counters say which rule took each.
+TEST_F(KernelTable, WhatNoFilterPermitsIsDropped) {
+    apply(kIpv4, kIn, "lo", profile({"permit udp any any eq 5001"}));
+    int permitted = udp_listener(5001), other = udp_listener(5002);
+    send_udp(5001, 1);
+    send_udp(5002, 1);
+    EXPECT_TRUE(received(permitted));
+    EXPECT_FALSE(received(other));
+    close(permitted);
+    close(other);
+    EXPECT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{1, 1}));
+}
+
+TEST_F(KernelTable, OtherChainsAndAllCountersAreKept) {
+    need_iptables();
+    run("iptables-legacy -N other && iptables-legacy -A other -p udp -j RETURN && "
+        "iptables-legacy -A INPUT -p udp -j other");
+    apply(kIpv4, kIn, "lo", profile({"permit udp any any eq 7"}));
+    send_udp(7, 3);
+    send_udp(8, 2);
+    std::string before = saved_table();
+    apply(kIpv4, kIn, "lo", profile({"permit udp any any eq 9"}));
+    std::string after = saved_table();
+    // Everything but the ACL chain's own rules, counters included.
+    auto without_acl_rules = [](const std::string &table) {
+        std::string kept;
+        std::size_t start = 0;
+        while (start < table.size()) {
+            std::size_t end = table.find('\n', start);
+            if (end == std::string::npos) end = table.size();
+            std::string line = table.substr(start, end - start);
+            if (line.find("-A ipacl-in ") == std::string::npos) kept += line + "\n";
+            start = end + 1;
+        }
+        return kept;
+    };
+    EXPECT_EQ(without_acl_rules(after), without_acl_rules(before));
+    EXPECT_NE(before.find("[5:"), std::string::npos) << before;  // the jump counted 5
+    EXPECT_NE(after.find("-A INPUT -j ipacl-in"), std::string::npos);
+}
+
+// An apply that fails, before or inside the kernel, leaves 1,000 rules and
+// their counters exactly as they were.
+TEST_F(KernelTable, AFailedApplyLeavesTheRulesAndCountersUntouched) {
+    need_iptables();
+    std::vector<ipacl_filter> filters;
+    for (uint32_t i = 0; i < 1000; ++i)
+        filters.push_back(
+            filter_of("permit udp any any eq " + std::to_string(10000 + i), false, i + 1));
+    apply(kIpv4, kIn, "lo", filters);
+    send_udp(10000, 1);
+    send_udp(10499, 2);
+    send_udp(10999, 3);
+    const std::string table = saved_table();
+    const std::vector<uint64_t> packets = rule_packets("ipacl-in");
+    ASSERT_EQ(packets.size(), 1001u);
+    EXPECT_EQ(packets[0], 1u);
+    EXPECT_EQ(packets[999], 3u);
+
+    char err[IPACL_NF_ERR_TEXT_SIZE];
+    std::vector<ipacl_filter> untranslatable = filters;
+    untranslatable[499] = filter_of("permit udp any any eq 1 fragments", false, 500);
+    EXPECT_EQ(ipacl_nf_apply(kIpv4, kIn, "lo", untranslatable.data(), 1000, err),
+              IPACL_NF_E_UNSUPPORTED);
+    EXPECT_STREQ(err, "filter 500: fragments cannot be combined with ports");
+    EXPECT_EQ(saved_table(), table);
+
+    // A permit that jumps into the ACL chain itself: the kernel finds the
+    // loop and refuses the whole table.
+    std::strcpy(ipacl_target_accept, "ipacl-in");
+    EXPECT_EQ(ipacl_nf_apply(kIpv4, kIn, "lo", filters.data(), 1000, err), IPACL_NF_E_KERNEL);
+    EXPECT_STREQ(err, "replace table: kernel refused: the rules would jump in a loop");
+    EXPECT_EQ(saved_table(), table);
+    EXPECT_EQ(rule_packets("ipacl-in"), packets);
+
+    std::strcpy(ipacl_target_accept, "nosuch");
+    EXPECT_EQ(ipacl_nf_apply(kIpv4, kIn, "lo", filters.data(), 1000, err), IPACL_NF_E_BAD_CHAIN);
+    EXPECT_STREQ(err, "target 'nosuch': no such chain");
+    EXPECT_EQ(saved_table(), table);
+}
+
+// The live table as records, through the wire and back, printed by the
+// library's displays exactly as the records it started from.
+TEST_F(KernelTable, QueryAnswersTravelAndDisplay) {
+    apply(kIpv4, kIn, "lo",
+          profile({"permit udp any any eq 5001", "deny icmp any any echo log-deny"}));
+    int listener = udp_listener(5001);  // no port-unreachable answers to count
+    send_udp(5001, 2);
+    close(listener);
+
+    const uint32_t ops[] = {IPACL_IPT_OP_ALL_CHAINS, IPACL_IPT_OP_MATCHED_CHAIN,
+                            IPACL_IPT_OP_ALL_RULES, IPACL_IPT_OP_MATCHED_RULE};
+    std::string shown[4];
+    for (int k = 0; k < 4; ++k) {
+        answer a = query(ops[k], k == 0 ? nullptr : "ipacl-in");
+        ASSERT_EQ(a.rc, IPACL_OK) << a.err;
+        uint32_t size = ipacl_nf_rsp_size(ops[k], a.rsp()->count);
+        std::vector<uint8_t> wire(size), back(size);
+        ipacl_hton_ipt_rsp(a.rsp(), reinterpret_cast<ipacl_ipt_rsp *>(wire.data()));
+        ipacl_ntoh_ipt_rsp(reinterpret_cast<ipacl_ipt_rsp *>(wire.data()),
+                           reinterpret_cast<ipacl_ipt_rsp *>(back.data()));
+        std::size_t differ = 0;
+        while (differ < size && back[differ] == a.bytes[differ]) ++differ;
+        EXPECT_EQ(differ, size) << "operation " << ops[k];
+        const auto *rsp = reinterpret_cast<const ipacl_ipt_rsp *>(back.data());
+        shown[k] = ipacl_double::output_of([&] {
+            for (uint32_t i = 0; i < rsp->count; ++i) {
+                const uint8_t *r = rsp->records + i * (size - 12) / rsp->count;
+                if (ops[k] <= IPACL_IPT_OP_MATCHED_CHAIN)
+                    ipacl_show_ipt_chain(i == 0, reinterpret_cast<const ipacl_ipt_chain *>(r));
+                else if (ops[k] == IPACL_IPT_OP_ALL_RULES)
+                    ipacl_show_rule_info(i == 0, reinterpret_cast<const ipacl_rule_info *>(r));
+                else
+                    ipacl_show_ipt_rule(reinterpret_cast<const ipacl_ipt_rule *>(r));
+            }
+        });
+    }
+    EXPECT_EQ(shown[0],
+              "\nEntry    Chain Name                       Policy    # Packets\n"
+              "-----    -----------------------------    ------    ---------\n"
+              "1        INPUT                            ACCEPT    0\n"
+              "2        FORWARD                          ACCEPT    0\n"
+              "3        OUTPUT                           ACCEPT    2\n"
+              "4        ipacl-in                     \n");
+    EXPECT_EQ(shown[1],
+              "\nEntry    Chain Name                       Policy    # Packets\n"
+              "-----    -----------------------------    ------    ---------\n"
+              "4        ipacl-in                     \n");
+    EXPECT_EQ(shown[2],
+              "\nRule Pro Source IP       Dest IP         In       Out      Target   # Packets\n"
+              "--- ---- --------------- --------------- -------- -------- -------- ---------\n"
+              "1   udp  any             any             lo                ACCEPT   2\n"
+              "2   icmp any             any             lo                LOG      0\n"
+              "3   icmp any             any             lo                DROP     0\n"
+              "4   ip   any             any             lo                DROP     0\n");
+    const std::string first_rules =
+        "\nChain                   ipacl-in\n"
+        "Rule #                  1\n"
+        "Target                  ACCEPT\n"
+        "Source Address          0.0.0.0 0.0.0.0\n"
+        "Destination Address     0.0.0.0 0.0.0.0\n"
+        "Ingress Interface       lo\n"
+        "Egress Interface        -\n"
+        "Protocol                udp\n"
+        "Fragment                -\n"
+        "# Packets               2\n"
+        "# Bytes                 66\n"
+        "UDP Source Port Low     0\n"
+        "UDP Source Port High    65535\n"
+        "UDP Dest Port Low       5001\n"
+        "UDP Dest Port High      5001\n"
+        "\nChain                   ipacl-in\n"
+        "Rule #                  2\n"
+        "Target                  LOG\n"
+        "Source Address          0.0.0.0 0.0.0.0\n"
+        "Destination Address     0.0.0.0 0.0.0.0\n"
+        "Ingress Interface       lo\n"
+        "Egress Interface        -\n"
+        "Protocol                icmp\n"
+        "Fragment                -\n"
+        "# Packets               0\n"
+        "# Bytes                 0\n"
+        "ICMP Type               echo\n"
+        "ICMP Low Code           0\n"
+        "ICMP High Code          255\n"
+        "Log Level               LOG_WARNING\n"
+        "Log Flags               none\n"
+        "Prefix                  ipacl-in 2 deny: \n"
+        "\nChain                   ipacl-in\n"
+        "Rule #                  3\n"
+        "Target                  DROP\n";
+    EXPECT_EQ(shown[3].substr(0, first_rules.size()), first_rules);
+}
+
+TEST_F(KernelTable, CountersClearByRuleAndByChain) {
+    apply(kIpv4, kIn, "lo", profile({"permit udp any any eq 5001", "permit udp any any eq 5002"}));
+    int listeners[] = {udp_listener(5001), udp_listener(5002)};
+    send_udp(5001, 2);
+    send_udp(5002, 1);
+    ASSERT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{2, 1, 0}));
+
+    answer one = query(IPACL_IPT_OP_CLEAR_RULE_COUNTERS, "ipacl-in", 1);
+    ASSERT_EQ(one.rc, IPACL_OK) << one.err;
+    EXPECT_EQ(one.rsp()->count, 0u);
+    EXPECT_EQ(one.rsp()->flags, IPACL_IPT_OP_CLEAR_RULE_COUNTERS);
+    EXPECT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{0, 1, 0}));
+
+    answer chains = query(IPACL_IPT_OP_MATCHED_CHAIN, "OUTPUT");
+    EXPECT_EQ(chains.at<ipacl_ipt_chain>(0).packets, 3u);
+    ASSERT_EQ(query(IPACL_IPT_OP_CLEAR_CHAIN_COUNTERS).rc, IPACL_OK);
+    chains = query(IPACL_IPT_OP_MATCHED_CHAIN, "OUTPUT");
+    EXPECT_EQ(chains.at<ipacl_ipt_chain>(0).packets, 0u);
+    EXPECT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{0, 1, 0}));  // rules untouched
+
+    ASSERT_EQ(query(IPACL_IPT_OP_CLEAR_RULE_COUNTERS).rc, IPACL_OK);
+    EXPECT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{0, 0, 0}));
+    send_udp(5002, 1);
+    EXPECT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{0, 1, 0}));  // counting goes on
+    for (int fd : listeners) close(fd);
+}
+
+TEST_F(KernelTable, QueryRefusalsSayWhy) {
+    apply(kIpv4, kIn, "lo", profile({"permit udp any any eq 5001"}));
+    answer a = query(IPACL_IPT_OP_ALL_RULES, "nosuch");
+    EXPECT_EQ(a.rc, IPACL_NF_E_BAD_CHAIN);
+    EXPECT_STREQ(a.err, "no chain 'nosuch'");
+    a = query(IPACL_IPT_OP_MATCHED_RULE, "ipacl-in", 3);
+    EXPECT_EQ(a.rc, IPACL_NF_E_BAD_CHAIN);
+    EXPECT_STREQ(a.err, "no rule 3 in chain 'ipacl-in'");
+    a = query(3);
+    EXPECT_EQ(a.rc, IPACL_E_BAD_ARG);
+    EXPECT_STREQ(a.err, "bad operation 3");
+
+    std::vector<uint8_t> small(ipacl_nf_rsp_size(IPACL_IPT_OP_ALL_CHAINS, 1) + 10);
+    auto *rsp = reinterpret_cast<ipacl_ipt_rsp *>(small.data());
+    char err[IPACL_NF_ERR_TEXT_SIZE];
+    EXPECT_EQ(ipacl_nf_query(IPACL_IPT_OP_ALL_CHAINS, nullptr, 0, rsp, 96, err),
+              IPACL_NF_E_SHORT_BUFFER);
+    EXPECT_STREQ(err, "1 of 4 records fit in 96 bytes");
+    EXPECT_EQ(rsp->count, 1u);
+    EXPECT_EQ(rsp->word8, 4u);
+    EXPECT_EQ(ipacl_nf_query(IPACL_IPT_OP_ALL_CHAINS, nullptr, 0, rsp, 11, err), IPACL_E_BAD_ARG);
+}
+
+}  // namespace
