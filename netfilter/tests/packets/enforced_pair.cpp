@@ -1,5 +1,7 @@
 #include "enforced_pair.h"
 
+#include "xtables_reach.h"
+
 #include "parse/filter_parse.h"
 
 #include <ipacl/enums.h>
@@ -29,15 +31,8 @@ std::unique_ptr<enforced_pair> enforced_pair::create(std::string &why, bool &ref
     std::unique_ptr<enforced_pair> enforced(new enforced_pair);
     enforced->pair_ = std::move(made.pair);
 
-    // A 32-bit program under a user-mode emulator, or a kernel without
-    // ip_tables, cannot use the socket options at all.
-    netns_scope inside(enforced->manager().ns_fd, enforced->pair().home_fd());
-    char err[IPACL_NF_ERR_TEXT_SIZE] = {};
-    ipacl_ipt_rsp rsp{};
-    uint32_t code = ipacl_nf_query(IPACL_IPT_OP_MATCHED_CHAIN, "INPUT", 0, &rsp, sizeof rsp, err);
-    if (code == IPACL_NF_E_UNAVAILABLE || code == IPACL_NF_E_PERMISSION || !inside.entered()) {
+    if (!xtables_reachable(enforced->pair(), enforced->manager(), why)) {
         refused = true;
-        why = inside.entered() ? err : "setns into the manager's namespace failed";
         return nullptr;
     }
     return enforced;

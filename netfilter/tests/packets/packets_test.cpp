@@ -62,11 +62,11 @@ TEST_F(Packets, PortsPassOrDropAsTheirFiltersSay) {
 // Each operator with the ports on both sides of its bounds: lt and gt are
 // strict, range includes both ends.
 TEST_F(Packets, EveryPortOperatorKeepsItsBounds) {
-    ASSERT_EQ(net_->enforce({"deny udp any host 10.201.0.1 lt 1000",
-                             "deny udp any host 10.201.0.1 gt 60000",
-                             "deny udp any host 10.201.0.1 range 2000 2002",
-                             "permit udp any host 10.201.0.1 neq 7000"},
-                            IPACL_DIR_IN),
+    ASSERT_EQ(net_->enforce(
+                  {"deny udp any host 10.201.0.1 lt 1000", "deny udp any host 10.201.0.1 gt 60000",
+                   "deny udp any host 10.201.0.1 range 2000 2002",
+                   "permit udp any host 10.201.0.1 neq 7000"},
+                  IPACL_DIR_IN),
               "");
     EXPECT_EQ(udp(999), 0);
     EXPECT_EQ(udp(1000), 1);
