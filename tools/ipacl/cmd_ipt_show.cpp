@@ -70,6 +70,9 @@ uint32_t rules6(const char *chain, std::vector<ipacl_nf_rule6> &rules, char *err
     return IPACL_NF_E_SHORT_BUFFER;
 }
 
+// Not an exit status: the chain is not in that family's table.
+constexpr int no_such_chain = -1;
+
 struct show_command {
     std::string what;
     std::string chain;
@@ -80,6 +83,7 @@ struct show_command {
         char err[IPACL_NF_ERR_TEXT_SIZE] = {};
         std::vector<uint8_t> buf;
         uint32_t code = query_all(op, name, buf, err);
+        if (code == IPACL_NF_E_BAD_CHAIN && name) return no_such_chain;
         if (code != IPACL_OK) return netfilter_status(code, err);
         const auto *rsp = reinterpret_cast<const ipacl_ipt_rsp *>(buf.data());
         for (uint32_t i = 0; i < rsp->count; ++i)
@@ -121,6 +125,7 @@ struct show_command {
             std::printf("\n(IPv6: %s)\n", err);
             return exit_ok;
         }
+        if (code == IPACL_NF_E_BAD_CHAIN && !chain.empty()) return no_such_chain;
         if (code != IPACL_OK) return netfilter_status(code, err);
         if (rules.empty()) return exit_ok;
         std::printf("\nIPv6 rules\n");
@@ -133,10 +138,16 @@ struct show_command {
         return exit_ok;
     }
 
+    // A chain given with --chain may be in one family's table only.
     int run() const {
-        int status = show_ipv4(views.at(what));
-        if (status == exit_ok && what != "chains") status = show_ipv6();
-        return status;
+        int v4 = show_ipv4(views.at(what));
+        if (v4 != exit_ok && v4 != no_such_chain) return v4;
+        int v6 = what == "chains" ? no_such_chain : show_ipv6();
+        if (v4 == no_such_chain && v6 == no_such_chain) {
+            std::fprintf(stderr, "ipacl: no chain '%s'\n", chain.c_str());
+            return exit_refused;
+        }
+        return v6 == no_such_chain ? exit_ok : v6;
     }
 };
 

@@ -100,6 +100,15 @@ for line in \
   grep -qxF -- "$line" "$work/out" || fail "apply and show: missing line '$line'"
 done
 
+# A chain that only one family's table has is shown from that table.
+printf 'permit udp 10.0.0.0/8 any eq 53\n' >"$work/v4only.acl"
+unshare --net bash -c "
+  $run '$tool' ipt apply '$work/v4only.acl' >/dev/null &&
+  $run '$tool' ipt show summary --chain ipacl-in" >"$work/out" 2>"$work/err" ||
+  fail "show of an IPv4-only chain failed: $(cat "$work/err")"
+grep -qF "1   udp  10.0.0.0        any                               ACCEPT   0" "$work/out" ||
+  fail "show of an IPv4-only chain: $(cat "$work/out")"
+
 if [ "$failures" -ne 0 ]; then
   echo "--- output of the last run:"; cat "$work/out"
   exit 1
