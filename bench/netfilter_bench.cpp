@@ -137,8 +137,10 @@ std::string cannot_run() {
     if (unshare(CLONE_NEWNET) != 0)
         return std::string("cannot enter a fresh network namespace: ") + std::strerror(errno);
     char err[IPACL_NF_ERR_TEXT_SIZE] = {};
-    ipacl_ipt_rsp rsp{};
-    uint32_t rc = ipacl_nf_query(IPACL_IPT_OP_MATCHED_CHAIN, "INPUT", 0, &rsp, sizeof rsp, err);
+    std::vector<uint8_t> rsp(ipacl_nf_rsp_size(IPACL_IPT_OP_MATCHED_CHAIN, 1));
+    uint32_t rc = ipacl_nf_query(IPACL_IPT_OP_MATCHED_CHAIN, "INPUT", 0,
+                                 reinterpret_cast<ipacl_ipt_rsp *>(rsp.data()),
+                                 static_cast<uint32_t>(rsp.size()), err);
     if (rc != IPACL_OK) return err;
     if (restore("*filter\nCOMMIT\n") != 0)
         return "iptables-legacy-restore (Debian package iptables) did not run";
