@@ -108,8 +108,8 @@ void add_ipt_apply_command(CLI::App &ipt, int &status) {
         "IPv6 unless an IPv4 address, ip, precedence or tos make it IPv4.  IPv4 filters go\n"
         "to ip_tables, IPv6 filters to ip6_tables; a family with no filter in FILE is left\n"
         "as it is.  Exit status 2: the file could not be read, or the kernel's tables\n"
-        "cannot be changed here (no root, no x_tables); 1: a filter or the change was\n"
-        "refused, and nothing changed.");
+        "cannot be changed here (no root, no x_tables); 1: a filter was refused (nothing\n"
+        "changed) or the kernel refused a family's change (that family kept its rules).");
     sub->callback([command, &status] { status = command->run(); });
 }
 
