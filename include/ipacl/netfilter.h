@@ -6,7 +6,15 @@
  * ipacl, or use pkg-config ipacl-netfilter).  It speaks to the kernel only
  * through the x_tables socket options of a raw socket (table info, entries,
  * replace, add counters); every call that touches the kernel needs
- * CAP_NET_ADMIN in the caller's network namespace.
+ * CAP_NET_RAW and CAP_NET_ADMIN in the caller's network namespace.
+ *
+ * Entries are laid out as the build target's kernel interface wants them
+ * (XT_ALIGN of the target: 8 bytes on x86_64, 4 on i386), while the query
+ * records keep the 32-bit layout of <ipacl/records.h> on every build.  A
+ * 32-bit program on a 64-bit kernel is served by the kernel's compat
+ * layer; under a user-mode emulator such as qemu-i386 the socket options do
+ * not reach the kernel ("Protocol not available") and every call that
+ * touches it returns IPACL_NF_E_UNAVAILABLE; translation works everywhere.
  *
  * Result codes and messages follow the rest of the library: every function
  * returns IPACL_OK or a code, and writes exactly one message into `err`
@@ -139,8 +147,10 @@ IPACL_BEGIN_DECLS
  * "'%s' is a built-in chain"; "no chain '%s'"; "target '%s': no such
  * chain"; "no rule %u in chain '%s'". */
 #define IPACL_NF_E_BAD_CHAIN 0x407f0102u
-/* The caller may not change the table: no CAP_NET_ADMIN.
- * Message: "%s: permission denied (needs CAP_NET_ADMIN)" (the operation). */
+/* The caller may not use the table: no CAP_NET_RAW for the socket, or no
+ * CAP_NET_ADMIN for the socket options.
+ * Message: "%s: permission denied (needs %s)" (the operation: "open
+ * socket", "read table", "replace table", "add counters"; the capability). */
 #define IPACL_NF_E_PERMISSION 0x407f0103u
 /* No x_tables for this family in the kernel, or the socket options are
  * not passed through (e.g. a 32-bit program under a user-mode emulator).
@@ -259,9 +269,11 @@ IPACL_NF_API uint32_t ipacl_nf_remove(uint32_t family, uint32_t dir, char *err);
  *       the verdict name of a built-in chain's policy ("ACCEPT", "DROP"),
  *       empty for a user chain; packets = the policy's packet counter (for
  *       a user chain the packets that reached its end and returned).
- *   IPACL_IPT_OP_MATCHED_CHAIN (2): the row of chain `chain` only.
+ *   IPACL_IPT_OP_MATCHED_CHAIN (2): the row of chain `chain` only (NULL
+ *       or "": every row).
  *   IPACL_IPT_OP_ALL_RULES (16): an ipacl_rule_info per rule of `chain`
- *       (NULL or "": of every chain, in table order).
+ *       (NULL or "": of every chain, in table order); rule_num > 0
+ *       selects that one rule.
  *   IPACL_IPT_OP_MATCHED_RULE (32): an ipacl_ipt_rule per rule of `chain`
  *       (NULL or "": every chain); rule_num > 0 selects that one rule.
  *   IPACL_IPT_OP_CLEAR_CHAIN_COUNTERS (256): zeroes the counters of the

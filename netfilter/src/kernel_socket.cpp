@@ -47,8 +47,8 @@ xt_socket::~xt_socket() {
 uint32_t xt_socket::refused(const char *operation, int error, char *err) {
     last_error_ = error;
     if (error == EPERM || error == EACCES)
-        return fail(err, IPACL_NF_E_PERMISSION, "%s: permission denied (needs CAP_NET_ADMIN)",
-                    operation);
+        return fail(err, IPACL_NF_E_PERMISSION, "%s: permission denied (needs %s)", operation,
+                    fd_ < 0 ? "CAP_NET_RAW" : "CAP_NET_ADMIN");
     return fail(err, IPACL_NF_E_KERNEL, "%s: kernel refused: %s", operation, reason(error));
 }
 

@@ -16,9 +16,12 @@
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
+#include <linux/capability.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstring>
@@ -97,6 +100,36 @@ std::vector<uint64_t> rule_packets(const char *chain) {
     for (uint32_t i = 0; i < a.rsp()->count; ++i)
         packets.push_back(a.at<ipacl_rule_info>(i).entry.packets);
     return packets;
+}
+
+// What a query answers in a child process that keeps only the capabilities
+// in `keep` (a mask of CAP_* bits): "code message".
+std::string query_with_capabilities(uint32_t keep) {
+    int channel[2];
+    if (pipe(channel) != 0) return "pipe failed";
+    pid_t child = fork();
+    if (child == 0) {
+        __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+        __user_cap_data_struct data[2] = {};
+        data[0].effective = data[0].permitted = keep;
+        char text[IPACL_NF_ERR_TEXT_SIZE + 16] = "capset failed";
+        if (syscall(SYS_capset, &header, data) == 0) {
+            std::vector<uint8_t> buffer(4096);
+            char err[IPACL_NF_ERR_TEXT_SIZE];
+            uint32_t rc = ipacl_nf_query(IPACL_IPT_OP_ALL_CHAINS, nullptr, 0,
+                                         reinterpret_cast<ipacl_ipt_rsp *>(buffer.data()),
+                                         static_cast<uint32_t>(buffer.size()), err);
+            std::snprintf(text, sizeof text, "%08x %s", rc, err);
+        }
+        ssize_t written = write(channel[1], text, std::strlen(text));
+        _exit(written > 0 ? 0 : 1);
+    }
+    close(channel[1]);
+    char text[IPACL_NF_ERR_TEXT_SIZE + 16] = {};
+    ssize_t length = read(channel[0], text, sizeof text - 1);
+    close(channel[0]);
+    waitpid(child, nullptr, 0);
+    return length > 0 ? std::string(text, static_cast<std::size_t>(length)) : "no answer";
 }
 
 class KernelTable : public testing::Test {
@@ -434,6 +467,13 @@ TEST_F(KernelTable, CountersClearByRuleAndByChain) {
     send_udp(5002, 1);
     EXPECT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{0, 1, 0}));  // counting goes on
     for (int fd : listeners) close(fd);
+}
+
+TEST_F(KernelTable, WithoutTheCapabilitiesTheCallsSayWhichIsMissing) {
+    EXPECT_EQ(query_with_capabilities(0),
+              "407f0103 open socket: permission denied (needs CAP_NET_RAW)");
+    EXPECT_EQ(query_with_capabilities(1u << CAP_NET_RAW),
+              "407f0103 read table: permission denied (needs CAP_NET_ADMIN)");
 }
 
 TEST_F(KernelTable, QueryRefusalsSayWhy) {
