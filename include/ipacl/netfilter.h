@@ -144,7 +144,8 @@ IPACL_BEGIN_DECLS
 #define IPACL_NF_E_UNSUPPORTED 0x407f0101u
 /* A chain or target name the kernel cannot take, or an unknown chain.
  * Messages: "chain name '%s' must have 1 to 28 characters";
- * "'%s' is a built-in chain"; "no chain '%s'"; "target '%s': no such
+ * "'%s' is a built-in chain"; "chains in and out are both '%s'" (apply,
+ * remove); "no chain '%s'"; "target '%s': no such
  * chain"; "no rule %u in chain '%s'". */
 #define IPACL_NF_E_BAD_CHAIN 0x407f0102u
 /* The caller may not use the table: no CAP_NET_RAW for the socket, or no
@@ -273,9 +274,10 @@ IPACL_NF_API uint32_t ipacl_nf_remove(uint32_t family, uint32_t dir, char *err);
  *       or "": every row).
  *   IPACL_IPT_OP_ALL_RULES (16): an ipacl_rule_info per rule of `chain`
  *       (NULL or "": of every chain, in table order); rule_num > 0
- *       selects that one rule.
+ *       selects the rule of that number, as for 32.
  *   IPACL_IPT_OP_MATCHED_RULE (32): an ipacl_ipt_rule per rule of `chain`
- *       (NULL or "": every chain); rule_num > 0 selects that one rule.
+ *       (NULL or "": every chain); rule_num > 0 selects the rule of that
+ *       number (in each chain selected).
  *   IPACL_IPT_OP_CLEAR_CHAIN_COUNTERS (256): zeroes the counters of the
  *       chain rows (policies and user-chain ends) of `chain`, or of all.
  *   IPACL_IPT_OP_CLEAR_RULE_COUNTERS (512): zeroes the counters of the rules

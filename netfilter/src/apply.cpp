@@ -9,6 +9,7 @@
 #include "table_builder.h"
 #include "table_image.h"
 
+#include <ipacl/enums.h>
 #include <ipacl/netfilter.h>
 
 #include <cerrno>
@@ -48,11 +49,11 @@ uint32_t plan_all(const ipacl_filter *filters, uint32_t count, uint32_t dir, con
 bool add_rule(table_builder &builder, byte_buffer &arena, const family_layout &layout,
               const rule_plan &plan) {
     if (plan.log) {
-        target_spec log{target_kind::log, 0, "", plan.log_prefix};
+        target_desc log{target_kind::log, 0, "", plan.log_prefix};
         uint32_t at = append_entry(arena, layout, &plan, log);
         if (at == kNoEntry || !builder.add_new(at, nullptr)) return false;
     }
-    target_spec target{target_kind::verdict, 0, plan.target, nullptr};
+    target_desc target{target_kind::verdict, 0, plan.target, nullptr};
     if (!verdict_of_name(plan.target, &target.verdict)) target.kind = target_kind::jump;
     uint32_t at = append_entry(arena, layout, &plan, target);
     return at != kNoEntry &&
@@ -182,6 +183,9 @@ uint32_t prepare(uint32_t family, uint32_t dir, apply_job &job, char *err) {
     if (!job.layout) return fail(err, IPACL_E_BAD_ARG, "bad family");
     if (uint32_t rc = ipacl_nf_chain_name(dir, job.chain, err)) return rc;
     if (uint32_t rc = check_acl_chain(job.chain, err)) return rc;
+    // One chain for both directions would hold whichever applied last.
+    if (std::strcmp(acl_chain_of(IPACL_DIR_IN), acl_chain_of(IPACL_DIR_OUT)) == 0)
+        return fail(err, IPACL_NF_E_BAD_CHAIN, "chains in and out are both '%s'", job.chain);
     job.builtin = builtin_chain_of(dir);
     return 0;
 }

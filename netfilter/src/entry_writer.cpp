@@ -109,7 +109,7 @@ bool append_matches(byte_buffer &arena, const family_layout &layout, const rule_
     return append_extension(arena, "tos", kTosRevision, &tos, sizeof tos);
 }
 
-bool append_target(byte_buffer &arena, const target_spec &target) {
+bool append_target(byte_buffer &arena, const target_desc &target) {
     switch (target.kind) {
         case target_kind::verdict:
         case target_kind::jump: {
@@ -140,7 +140,7 @@ void write_u16(uint8_t *entry, uint32_t at, uint32_t value) {
 }  // namespace
 
 uint32_t append_entry(byte_buffer &arena, const family_layout &layout, const rule_plan *plan,
-                      const target_spec &target) {
+                      const target_desc &target) {
     uint32_t start = arena.size();
     if (!arena.append(layout.entry_size)) return kNoEntry;
     if (plan) {

@@ -12,7 +12,7 @@ namespace ipacl_nf {
 
 enum class target_kind : uint8_t { verdict, jump, log, error };
 
-struct target_spec {
+struct target_desc {
     target_kind kind = target_kind::verdict;
     int32_t verdict = 0;     // verdict: the standard verdict
     const char *name = "";   // jump: the chain; error: the ERROR name
@@ -24,7 +24,7 @@ struct target_spec {
 // memory runs out.  A jump's verdict is left 0 for the table writer.
 constexpr uint32_t kNoEntry = 0xFFFFFFFFu;
 uint32_t append_entry(byte_buffer &arena, const family_layout &layout, const rule_plan *plan,
-                      const target_spec &target);
+                      const target_desc &target);
 
 // Where a standard target keeps its verdict, from the entry's start.
 uint32_t verdict_at(const family_layout &layout, const uint8_t *entry);

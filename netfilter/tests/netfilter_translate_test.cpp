@@ -213,6 +213,13 @@ TEST_F(Translate, NamesComeFromTheExportedBuffersOrTheirDefaults) {
     EXPECT_EQ(rule4("permit ip any any"),
               "407f0102 chain name 'a23456789012345678901234567890' must have 1 to 28 characters");
 
+    // Apply refuses one chain for both directions before it asks the kernel.
+    std::strcpy(ipacl_chain_in, "mgmt");
+    std::strcpy(ipacl_chain_out, "mgmt");
+    EXPECT_EQ(ipacl_nf_apply(IPACL_ADDR_TYPE_IPV4, kOut, "", nullptr, 0, err),
+              IPACL_NF_E_BAD_CHAIN);
+    EXPECT_STREQ(err, "chains in and out are both 'mgmt'");
+
     nf_test::clear_names();
     std::strcpy(ipacl_chain_out, "keep");
     ipacl_nf_fill_names();
