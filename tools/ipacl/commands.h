@@ -16,5 +16,6 @@ void add_show_command(CLI::App &app, int &status);
 void add_encode_command(CLI::App &app, int &status);
 void add_decode_command(CLI::App &app, int &status);
 void add_demo_command(CLI::App &app, int &status);
+void add_ipt_command(CLI::App &app, int &status);
 
 }  // namespace ipacl_tool

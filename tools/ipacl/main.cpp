@@ -20,6 +20,7 @@ int main(int argc, char **argv) {
     ipacl_tool::add_show_command(app, status);
     ipacl_tool::add_encode_command(app, status);
     ipacl_tool::add_decode_command(app, status);
+    ipacl_tool::add_ipt_command(app, status);
 
     try {
         app.parse(argc, argv);

@@ -172,6 +172,15 @@ contains "ipacl_wrap_quen_rsp" "$work/demo.out"
 contains "standby | copy       ipacl_ntoh_filter_sync: add, sequence 3" "$work/demo.out"
 contains "endpoints closed, directory removed" "$work/demo.out"
 [ -z "$(ls -A "$work/tmp")" ] || fail "the demo left $(ls -A "$work/tmp") behind"
+# Enforcement where namespaces may be made, one line saying why not elsewhere.
+if grep -q "^The manager enforces" "$work/demo.out"; then
+  contains "ICMP echo 10.201.0.2 -> 10.201.0.1: answered" "$work/demo.out"
+  contains "UDP to 10.201.0.1 port 161 (snmp): dropped" "$work/demo.out"
+  grep -qE "^1   icmp 10.0.0.0 .* ACCEPT   1$" "$work/demo.out" || fail "demo: echo rule not counted"
+  grep -qE "^4   ip   any .* DROP     1$" "$work/demo.out" || fail "demo: implicit deny not counted"
+else
+  contains "No enforcement here (" "$work/demo.out"
+fi
 
 if [ $failures -ne 0 ]; then
   echo "$failures failure(s)" >&2

@@ -7,6 +7,7 @@
 #include "../filter_messages.h"
 #include "../parse/filter_parse.h"
 #include "exchange.h"
+#include "management_net.h"
 #include "narrator.h"
 
 #include <ipacl/chk.h>
@@ -78,6 +79,10 @@ class client {
         }
         heading("The profile as the manager holds it");
         list();
+        if (have_management_net()) {
+            heading("Packets on the manager's management interface");
+            send_packets();
+        }
         heading("Shutting down");
         stop();
         return ok_;
@@ -216,6 +221,20 @@ class client {
             say(me, "", "%s", line);
         }
         if (count != accepted_count()) ok_ = false;
+    }
+
+    // Filter 15 permits ICMP echo from 10.0.0.0/8; nothing permits snmp to
+    // the manager, so the implicit deny drops it.
+    void send_packets() {
+        packet_outcome outcome = send_test_packets();
+        say(me, "send", "ICMP echo %s -> %s: %s", client_address().c_str(),
+            manager_address().c_str(), outcome.echo_answered ? "answered" : "no answer");
+        say(me, "send", "UDP to %s port 161 (snmp): %s", manager_address().c_str(),
+            outcome.udp_arrived ? "arrived" : "dropped");
+        if (!outcome.echo_answered || outcome.udp_arrived) {
+            say(me, "error", "expected the echo answered (filter 15) and snmp dropped");
+            ok_ = false;
+        }
     }
 
     static uint32_t accepted_count() {

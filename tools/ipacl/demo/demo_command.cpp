@@ -2,6 +2,7 @@
 // the host platform, in a private endpoint directory that is removed after.
 #include "../commands.h"
 #include "children.h"
+#include "management_net.h"
 #include "narrator.h"
 #include "roles.h"
 
@@ -39,6 +40,15 @@ int run_demo() {
         "through the host platform's message service.\n");
     std::string dir;
     if (!make_endpoint_dir(dir)) return exit_refused;
+    std::string why;
+    bool enforcing = open_management_net(why);
+    if (enforcing)
+        std::printf(
+            "The manager enforces the filters it accepts on its management interface %s\n"
+            "(%s), in a private network namespace; the client is at %s.\n",
+            management_interface().c_str(), manager_address().c_str(), client_address().c_str());
+    else
+        std::printf("No enforcement here (%s); the filters stay in the manager.\n", why.c_str());
 
     child standby{"standby"}, manager{"manager"};
     bool started = start_child(standby, run_standby, ready_timeout_ms) &&
@@ -61,6 +71,7 @@ int run_demo() {
     int wait_ms = ok ? exit_timeout_ms : 500;
     bool manager_done = reap_child(manager, wait_ms);
     bool standby_done = reap_child(standby, wait_ms);
+    close_management_net();
     std::error_code ignored;
     std::filesystem::remove_all(dir, ignored);
     bool removed = !std::filesystem::exists(dir, ignored);
@@ -70,6 +81,7 @@ int run_demo() {
                 manager_done ? "exited with status 0" : "failed or was ended",
                 standby_done ? "exited with status 0" : "failed or was ended",
                 removed ? "closed, directory removed" : "directory could not be removed");
+    if (enforcing) std::printf("  network   namespaces and veth pair removed\n");
     ok = ok && manager_done && standby_done && removed;
     std::printf("\nipacl demo: %s\n", ok ? "every step went as expected" : "FAILED");
     return ok ? exit_ok : exit_refused;

@@ -6,6 +6,7 @@
 #include "../conventions.h"
 #include "children.h"
 #include "exchange.h"
+#include "management_net.h"
 #include "narrator.h"
 
 #include <ipacl/chk.h>
@@ -37,6 +38,10 @@ class manager {
     }
 
     int run(int ready_fd) {
+        if (have_management_net() && !enter_manager_side()) {
+            say(me, "error", "cannot enter the management network: %s", std::strerror(errno));
+            return 1;
+        }
         if (!open(ready_fd)) return 1;
         for (;;) {
             incoming message;
@@ -186,7 +191,19 @@ class manager {
         say(me, "store", "ipacl_mm_alloc: slot %p of the access-data pool (%u bytes; %u in use);",
             static_cast<void *>(slot), pool_->slot_size, ipacl_mm_count(pool_));
         say(me, "", "ipacl_cmp_filter puts it at entry %zu of %zu", entry + 1, table_.size());
-        return sync(filter) ? IPACL_OK : IPACL_E_FAIL;
+        if (!sync(filter)) return IPACL_E_FAIL;
+        return enforce(filter.addr_type) ? IPACL_OK : IPACL_E_FAIL;
+    }
+
+    // Every accepted filter of the family, in order, becomes a rule on the
+    // management interface.
+    bool enforce(uint32_t family) {
+        if (!have_management_net()) return true;
+        std::vector<ipacl_filter> filters;
+        for (const ipacl_data *slot : table_) filters.push_back(slot->filter);
+        if (enforce_filters(filters, family)) return true;
+        failed_ = true;
+        return false;
     }
 
     std::size_t insert_in_order(ipacl_data *slot) {
@@ -271,6 +288,7 @@ class manager {
             say(me, "error", "the standby did not stop: %s", err_);
             failed_ = true;
         }
+        if (have_management_net()) show_enforced_rules();
         say(me, "pool", "ipacl_show_mm of the access-data pool:");
         before_display();
         ipacl_show_mm(pool_);
