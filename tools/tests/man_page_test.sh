@@ -22,7 +22,7 @@ missing() { echo "missing from $page: $*"; failures=$((failures + 1)); }
 check_command() {  # check_command [COMMAND...]: its options, then its subcommands
     local help
     help=$(help_of "$@")
-    if [ $# -gt 0 ] && ! grep -q "^\.SS \"ipacl $*\( \|\"\)" "$page"; then
+    if [ $# -gt 0 ] && ! grep -q "^\.SS \"ipacl $*\( \|\"\)" <<<"$text"; then
         missing "section for command '$*'"
     fi
     local opt
