@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform_double.h"
+#include "sample_records.h"
 
 namespace {
 
@@ -309,21 +310,14 @@ TEST_F(ChkPlatform, InterfaceTypes) {
 
 // ---- Chains ----
 
+// The sample filter with a source port range and a tos: valid for every chain.
 ipacl_filter valid_filter() {
-    ipacl_filter f{};
-    strcpy(f.prof_name, "acl1");
-    f.filter_index = 1;
-    f.action = IPACL_ACTION_PERMIT;
-    f.addr_type = IPACL_ADDR_TYPE_IPV4;
+    ipacl_filter f = ipacl_sample::filter();
     f.src_wildcard = 0x000000FF;
     f.dst_wildcard = 0x0000FFFF;
-    f.protocol = TCP;
     f.src_port_low = 1024, f.src_port_high = 65535, f.src_port_op = IPACL_PORT_OP_GT;
-    f.dst_port_low = 22, f.dst_port_high = 22, f.dst_port_op = IPACL_PORT_OP_EQ;
-    f.established = 1;
-    f.icmp_type = f.icmp_code = kNone;
-    f.precedence = kNone, f.tos = 3;
-    f.src_addr.family = f.dst_addr.family = IPACL_ADDR_TYPE_IPV4;
+    f.dst_port_low = 22, f.dst_port_high = 22;
+    f.tos = 3;
     return f;
 }
 

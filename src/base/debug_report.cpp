@@ -1,4 +1,4 @@
-#include "str/scalar/debug_report.h"
+#include "base/debug_report.h"
 
 #include <cstdio>
 #include <cstring>
