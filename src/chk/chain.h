@@ -1,7 +1,8 @@
-// A check chain: an ordered list of field checks over one record.  The
-// chain stops at the first step that fails and returns its code with its
-// message; when every step passes it clears the buffer once more.  The list
-// is expanded at compile time into one call after the other.
+// A check chain: an ordered list of steps over one record, each step a
+// field check and the members of the record it reads.  The chain stops at
+// the first step that fails and returns its code with its message; when
+// every step passes it clears the buffer once more.  The list is expanded
+// at compile time into one call after the other.
 #pragma once
 
 #include <ipacl/codes.h>
@@ -16,6 +17,30 @@ namespace ipacl {
 
 template <typename Record>
 using ChainStep = uint32_t (*)(const Record &, char *err);
+
+// What a step hands its check besides the message buffer: a member of the
+// record, a label text as it stands, or (kWholeRecord) the record itself.
+struct WholeRecord {};
+inline constexpr WholeRecord kWholeRecord{};
+
+template <typename Record, typename Member>
+constexpr const Member &step_argument(const Record &record, Member Record::*member) {
+    return record.*member;
+}
+template <typename Record>
+constexpr const char *step_argument(const Record &, const char *label) {
+    return label;
+}
+template <typename Record>
+constexpr const Record &step_argument(const Record &record, WholeRecord) {
+    return record;
+}
+
+// The step that runs `Check` on `Arguments` of a Record.
+template <typename Record, auto Check, auto... Arguments>
+uint32_t check_step(const Record &record, char *err) {
+    return Check(step_argument(record, Arguments)..., err);
+}
 
 template <const auto &Steps, typename Record, size_t... I>
 uint32_t run_steps(const Record &record, char *err, std::index_sequence<I...>) {
