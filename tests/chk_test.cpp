@@ -374,6 +374,11 @@ const FilterCase kFilterCases[] = {
 TEST(ChkChains, ValidFilterPassesEveryChain) {
     ipacl_filter f = valid_filter();
     for (FilterCheck chain : kFilterChains) EXPECT_CHECK(chain(&f, err), 0u, "");
+    // Records are packed and may sit at any address.
+    alignas(8) uint8_t storage[sizeof f + 1];
+    memcpy(storage + 1, &f, sizeof f);
+    const auto *unaligned = reinterpret_cast<const ipacl_filter *>(storage + 1);
+    for (FilterCheck chain : kFilterChains) EXPECT_CHECK(chain(unaligned, err), 0u, "");
 }
 
 TEST(ChkChains, EachChainChecksItsOwnFields) {

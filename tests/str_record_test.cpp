@@ -128,6 +128,11 @@ TEST_F(StrRecord, LongFormDumpsEveryField) {
         "eq d-port www:www any-icmp:any-code est:T any-prec any-tos log:T frag:F";
     EXPECT_EQ(ipacl_str_filter(&f, buf), strlen(expected));
     EXPECT_STREQ(buf, expected);
+    // Records are packed and may sit at any address.
+    alignas(8) uint8_t storage[sizeof f + 1];
+    memcpy(storage + 1, &f, sizeof f);
+    ipacl_str_filter(reinterpret_cast<const ipacl_filter *>(storage + 1), buf);
+    EXPECT_STREQ(buf, expected);
 
     // IPv6 protocol names follow the address type; ports of an ICMP filter
     // still print; flags print T for any non-zero value.

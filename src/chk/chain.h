@@ -9,8 +9,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 #include <utility>
 
+#include "base/member.h"
 #include "chk/message.h"
 
 namespace ipacl {
@@ -23,9 +25,15 @@ using ChainStep = uint32_t (*)(const Record &, char *err);
 struct WholeRecord {};
 inline constexpr WholeRecord kWholeRecord{};
 
+// A text member is passed as a pointer to its first character, a number
+// member by value.
 template <typename Record, typename Member>
-constexpr const Member &step_argument(const Record &record, Member Record::*member) {
-    return record.*member;
+constexpr auto step_argument(const Record &record, Member Record::*member) {
+    if constexpr (std::is_array_v<Member>) {
+        return static_cast<const std::remove_extent_t<Member> *>(record.*member);
+    } else {
+        return member_value(record, member);
+    }
 }
 template <typename Record>
 constexpr const char *step_argument(const Record &, const char *label) {

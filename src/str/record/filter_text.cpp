@@ -7,6 +7,7 @@
 #include <ipacl/str_record.h>
 #include <ipacl/str_scalar.h>
 
+#include "base/member.h"
 #include "str/record/profile_name.h"
 
 namespace {
@@ -26,7 +27,7 @@ struct Part {
 
 template <uint32_t (*Text)(uint32_t, char *), auto Member>
 void named(const ipacl_filter &f, char *s) {
-    Text(f.*Member, s);
+    Text(ipacl::member_value(f, Member), s);
 }
 
 template <auto Member>
@@ -37,7 +38,7 @@ void prefix(const ipacl_filter &f, char *s) {
 // Flags print "T" for any value but 0.
 template <auto Member>
 void true_false(const ipacl_filter &f, char *s) {
-    s[0] = f.*Member != 0 ? 'T' : 'F';
+    s[0] = ipacl::member_value(f, Member) != 0 ? 'T' : 'F';
     s[1] = '\0';
 }
 
