@@ -11,23 +11,17 @@
 #include <cstdio>
 #include <cstring>
 
+#include "sample_records.h"
+
 namespace {
 
+// The sample filter with the wildcards and port range of a management list.
 ipacl_filter valid_filter() {
-    ipacl_filter f{};
-    strcpy(f.prof_name, "mgmtAcl12");
-    f.filter_index = 10;
-    f.action = IPACL_ACTION_PERMIT;
-    f.addr_type = IPACL_ADDR_TYPE_IPV4;
+    ipacl_filter f = ipacl_sample::filter();
+    std::strcpy(f.prof_name, "mgmtAcl12");
     f.src_wildcard = 0x000000FF;
-    f.dst_wildcard = 0;
-    f.protocol = IPACL_PROTO_TCP;
     f.src_port_low = 1024, f.src_port_high = 65535, f.src_port_op = IPACL_PORT_OP_GT;
-    f.dst_port_low = 22, f.dst_port_high = 22, f.dst_port_op = IPACL_PORT_OP_EQ;
-    f.established = 1;
-    f.icmp_type = f.icmp_code = 0xFFFFFFFF;
-    f.precedence = 0xFFFFFFFF, f.tos = 0xFFFFFFFF;
-    f.src_addr.family = f.dst_addr.family = IPACL_ADDR_TYPE_IPV4;
+    f.dst_port_low = 22, f.dst_port_high = 22;
     return f;
 }
 

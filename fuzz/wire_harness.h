@@ -39,3 +39,20 @@ void run(const Pair *pairs, size_t count, const uint8_t *data, size_t size);
             [](uint8_t * s,                                                              \
                uint8_t * d) { ipacl_ntoh_##stem((ipacl_##stem *)s, (ipacl_##stem *)d); } \
     }
+
+// The table of pairs built from one of the lists of wire_tables.h.
+#define WIRE_PAIR_TABLE(PAIRS) \
+    { PAIRS(WIRE_PAIR_ENTRY, WIRE_NTOH_ENTRY) }
+#define WIRE_PAIR_ENTRY(stem) WIRE_PAIR(stem),
+#define WIRE_NTOH_ENTRY(stem) WIRE_NTOH_ONLY(stem),
+
+// The whole of a converter fuzz target: its table of pairs and libFuzzer's
+// entry point over it.
+#define WIRE_FUZZ_TARGET(PAIRS)                                               \
+    namespace {                                                               \
+    const wire_fuzz::Pair kPairs[] = WIRE_PAIR_TABLE(PAIRS);                  \
+    }                                                                         \
+    extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) { \
+        wire_fuzz::run(kPairs, sizeof kPairs / sizeof kPairs[0], data, size); \
+        return 0;                                                             \
+    }

@@ -310,36 +310,19 @@ TEST_F(PrefixAny, ZeroLengthOverZeroAddress) {
     EXPECT_TRUE(platform().chk_ints.empty());
 }
 
+// The report itself (history record, log switches) is tested with the
+// address text, which reports through the same helper.
 TEST_F(PrefixAny, UnknownFamilyIsAnyAndReported) {
     platform().chk_int_rc = 1;
-    auto p = prefix(0, {1, 2, 3, 4}, 24);
+    auto p = prefix(0xFFFFFFFF, {1, 2, 3, 4}, 24);
     EXPECT_EQ(is_prefix_any(&p), 1u);
-    const std::string text = "impossible address type in is_prefix_any(): 0\n";
+    const std::string text = "impossible address type in is_prefix_any(): -1\n";
     ASSERT_EQ(platform().hist_events.size(), 1u);
-    const auto &event = platform().hist_events[0];
-    EXPECT_EQ(event.event, 0x730000u);
-    EXPECT_EQ(event.length, 4 + text.size() + 1);
-    const uint8_t subtype_100[4] = {100, 0, 0, 0};
-    EXPECT_EQ(memcmp(event.record.data(), subtype_100, 4), 0);
-    EXPECT_EQ(std::string(event.record.begin() + 4, event.record.end()), text + '\0');
+    EXPECT_EQ(std::string(platform().hist_events[0].record.begin() + 4,
+                          platform().hist_events[0].record.end()),
+              text + '\0');
     ASSERT_EQ(platform().zlogs.size(), 1u);
-    EXPECT_EQ(platform().zlogs[0].level, 1);
-    EXPECT_EQ(platform().zlogs[0].module, "ipacl-test");
-    EXPECT_EQ(platform().zlogs[0].format, "impossible address type in is_prefix_any(): %d\n");
     EXPECT_EQ(platform().zlogs[0].text, text);
-
-    // The family prints signed; history off, log off.
-    ipacl_double::reset();
-    platform().subtype_check_rc = -1;
-    p.family = 0xFFFFFFFF;
-    EXPECT_EQ(is_prefix_any(&p), 1u);
-    EXPECT_TRUE(platform().hist_events.empty());
-    EXPECT_TRUE(platform().zlogs.empty());
-    platform().subtype_check_rc = 0;
-    EXPECT_EQ(is_prefix_any(&p), 1u);
-    ASSERT_EQ(platform().hist_events.size(), 1u);
-    EXPECT_STREQ(reinterpret_cast<const char *>(platform().hist_events[0].record.data()) + 4,
-                 "impossible address type in is_prefix_any(): -1\n");
 
     // The address text of an unknown family with "any" allowed is "any".
     char buf[64];

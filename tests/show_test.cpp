@@ -13,6 +13,7 @@
 
 #include "capture_stdout.h"
 #include "platform_double.h"
+#include "sample_records.h"
 
 namespace {
 
@@ -29,45 +30,15 @@ ipacl_inet_addr prefix(int family, const char *text, uint32_t len) {
     return p;
 }
 
-ipacl_prof profile() {
-    ipacl_prof p{};
-    strcpy(p.name, "acl1");
-    p.prof_type = IPACL_PROF_TYPE_EXTENDED;
-    p.last_filter_index = 7;
-    p.snmp_status = IPACL_SNMP_STATUS_ACTIVE;
-    return p;
-}
+using ipacl_sample::binding;
+using ipacl_sample::profile;
 
-ipacl_if_prof binding() {
-    ipacl_if_prof b{};
-    b.if_index = 26;
-    b.direction = IPACL_DIR_OUT;
-    strcpy(b.prof_name, "web");
-    b.snmp_status = IPACL_SNMP_STATUS_ACTIVE;
-    return b;
-}
-
+// The sample filter as the block and table cases show it: a flag of 2 is
+// not "True" (only exactly 1 is), and it carries counters.
 ipacl_filter filter() {
-    ipacl_filter f{};
-    strcpy(f.prof_name, "acl1");
-    f.filter_index = 10;
-    f.order_position = 2;
-    f.action = IPACL_ACTION_PERMIT;
-    f.addr_type = IPACL_ADDR_TYPE_IPV4;
-    f.protocol = 6;
-    f.src_addr = prefix(AF_INET, "10.1.0.0", 16);
-    f.dst_addr = prefix(AF_INET, "0.0.0.0", 0);
-    f.src_port_high = 65535;
-    f.dst_port_op = IPACL_PORT_OP_EQ;
-    f.dst_port_low = 80;
-    f.dst_port_high = 80;
-    f.established = 2;  // only exactly 1 is "True"
-    f.icmp_type = 0xFFFFFFFF;
-    f.icmp_code = 0xFFFFFFFF;
-    f.precedence = 0xFFFFFFFF;
-    f.tos = 0xFFFFFFFF;
+    ipacl_filter f = ipacl_sample::filter();
+    f.established = 2;
     f.log_deny = 1;
-    f.snmp_status = IPACL_SNMP_STATUS_ACTIVE;
     f.packets = 0x100000002ull;
     f.bytes = 4567;
     return f;

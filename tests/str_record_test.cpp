@@ -10,16 +10,11 @@
 #include <ipacl/ipacl.h>
 
 #include "platform_double.h"
+#include "sample_records.h"
 
 namespace {
 
-ipacl_inet_addr v4(uint8_t a, uint8_t b, uint8_t c, uint8_t d, uint32_t len) {
-    ipacl_inet_addr p{};
-    p.family = 1;
-    p.addr[0] = a, p.addr[1] = b, p.addr[2] = c, p.addr[3] = d;
-    p.prefix_len = len;
-    return p;
-}
+using ipacl_sample::v4;
 
 ipacl_inet_addr v6(const char *text, uint32_t len) {
     ipacl_inet_addr p{};
@@ -29,31 +24,10 @@ ipacl_inet_addr v6(const char *text, uint32_t len) {
     return p;
 }
 
-// An IPv4 TCP filter that sets a little of everything.
+// The sample filter with a log flag of 2, which no text calls set.
 ipacl_filter tcp_filter() {
-    ipacl_filter f{};
-    strcpy(f.prof_name, "acl1");
-    f.filter_index = 10;
-    f.order_position = 2;
-    f.action = IPACL_ACTION_PERMIT;
-    f.addr_type = IPACL_ADDR_TYPE_IPV4;
-    f.protocol = 6;
-    f.src_addr = v4(10, 1, 0, 0, 16);
-    f.dst_addr = v4(0, 0, 0, 0, 0);
-    f.src_port_op = IPACL_PORT_OP_ANY;
-    f.src_port_low = 0;
-    f.src_port_high = 65535;
-    f.dst_port_op = IPACL_PORT_OP_EQ;
-    f.dst_port_low = 80;
-    f.dst_port_high = 80;
-    f.established = 1;
-    f.icmp_type = 0xFFFFFFFF;
-    f.icmp_code = 0xFFFFFFFF;
-    f.precedence = 0xFFFFFFFF;
-    f.tos = 0xFFFFFFFF;
+    ipacl_filter f = ipacl_sample::filter();
     f.log_deny = 2;
-    f.fragments = 0;
-    f.snmp_status = IPACL_SNMP_STATUS_ACTIVE;
     return f;
 }
 
@@ -153,6 +127,11 @@ TEST_F(StrRecord, LongFormDumpsEveryField) {
         "active prof acl1 10 2 permit tcp s-ip 10.1.0.0/16 d-ip any any-port-op s-port 0:65535 "
         "eq d-port www:www any-icmp:any-code est:T any-prec any-tos log:T frag:F";
     EXPECT_EQ(ipacl_str_filter(&f, buf), strlen(expected));
+    EXPECT_STREQ(buf, expected);
+    // Records are packed and may sit at any address.
+    alignas(8) uint8_t storage[sizeof f + 1];
+    memcpy(storage + 1, &f, sizeof f);
+    ipacl_str_filter(reinterpret_cast<const ipacl_filter *>(storage + 1), buf);
     EXPECT_STREQ(buf, expected);
 
     // IPv6 protocol names follow the address type; ports of an ICMP filter

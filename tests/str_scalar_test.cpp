@@ -11,18 +11,13 @@
 
 #include "platform/tivra.h"
 #include "platform_double.h"
+#include "sample_records.h"
 
 namespace {
 
 using ipacl_double::platform;
 
-ipacl_inet_addr v4(uint8_t a, uint8_t b, uint8_t c, uint8_t d, uint32_t len) {
-    ipacl_inet_addr p{};
-    p.family = IPACL_ADDR_TYPE_IPV4;
-    p.addr[0] = a, p.addr[1] = b, p.addr[2] = c, p.addr[3] = d;
-    p.prefix_len = len;
-    return p;
-}
+using ipacl_sample::v4;
 
 std::string inet(int32_t format, uint32_t any_ok, const ipacl_inet_addr &p, uint32_t size = 64) {
     char buf[64];

@@ -262,8 +262,9 @@ TEST(WireGolden, IptablesRule) {
     EXPECT_STREQ(back.matches[1].info.log.prefix, "acl-drop: ");
 }
 
-// ---- deliberate irregularities (the byte-level rules of every record are
-// covered by wire_property_test) ----
+// ---- deliberate irregularities; the byte-level rules of every record,
+// these included, are checked against the layout model by
+// wire_property_test ----
 
 TEST(WireQuirks, ProfInfoHtonConvertsTheProfileIntoTheSource) {
     ipacl_prof_info src;
@@ -295,65 +296,6 @@ TEST(WireQuirks, ProfInfoHtonConvertsTheProfileIntoTheSource) {
     ipacl_hton_if_prof_sync_op(op, reinterpret_cast<ipacl_if_prof_sync_op *>(out.data()));
     EXPECT_EQ(Bytes(out.begin() + 92, out.end()), cat({{0, 0, 0, 1, 1, 2, 3, 4}, fill(80, 0)}));
     EXPECT_EQ(op->infos[0].prof.prof_type, 0u);
-}
-
-TEST(WireQuirks, IfProfLocalFlagIsClearedBothWays) {
-    ipacl_if_prof b;
-    std::memset(&b, 0, sizeof b);
-    b.local_flag = 1;
-    ipacl_if_prof out;
-    std::memset(&out, 0xEE, sizeof out);
-    ipacl_hton_if_prof(&b, &out);
-    EXPECT_EQ(out.local_flag, 0);
-    EXPECT_EQ(b.local_flag, 1);
-    out.local_flag = 1;
-    ipacl_ntoh_if_prof(&out, &out);
-    EXPECT_EQ(out.local_flag, 0);
-}
-
-TEST(WireQuirks, MgmtIpv6ReferencesCrossOnlyInPlace) {
-    ipacl_mgmt m = {1, 2, 3, 4, 5, 6, 7, -1};
-    ipacl_mgmt out;
-    std::memset(&out, 0x33, sizeof out);
-    ipacl_hton_mgmt(&m, &out);
-    EXPECT_EQ(out.ipv6_refs, 0x33333333);
-    EXPECT_EQ(out.access_group, 7u);  // pointer words are copied
-    ipacl_hton_mgmt(&m, &m);
-    EXPECT_EQ(m.ipv6_refs, -1);
-}
-
-TEST(WireQuirks, TypeWordsThatSelectNothing) {
-    // A confirmation of key type 0 converts its two words only.
-    ipacl_cfm c, out;
-    std::memset(&c, 0xAB, sizeof c);
-    c.key_type = 0;
-    c.result = 5;
-    std::memset(&out, 0, sizeof out);
-    ipacl_hton_cfm(&c, &out);
-    EXPECT_EQ(bytes_of(out), cat({{0, 0, 0, 0, 0, 0, 0, 5}, fill(72, 0)}));
-
-    // An access response of type 12 (or 0) converts count and type only.
-    for (uint32_t type : {12u, 0u}) {
-        Bytes msg = cat({{3, 0, 0, 0, uint8_t(type), 0, 0, 0}, fill(96, 0x42)});
-        const Bytes host = msg;
-        auto *rsp = reinterpret_cast<ipacl_access_rsp *>(msg.data());
-        ipacl_hton_access_rsp(rsp, rsp);
-        EXPECT_EQ(msg, cat({{0, 0, 0, 3, 0, 0, 0, uint8_t(type)}, fill(96, 0x42)}));
-        ipacl_ntoh_access_rsp(rsp, rsp);
-        EXPECT_EQ(msg, host);
-    }
-
-    // A match of type 13 (or 11) keeps its info; only the type is reversed.
-    for (uint32_t type : {13u, 11u}) {
-        ipacl_match m;
-        std::memset(&m, 0x3C, sizeof m);
-        m.type = type;
-        ipacl_hton_match(&m, &m);
-        EXPECT_EQ(bytes_of(m), cat({{0, 0, 0, uint8_t(type)}, fill(32, 0x3C)}));
-        ipacl_ntoh_match(&m, &m);
-        EXPECT_EQ(m.type, type);
-        EXPECT_EQ(bytes_of(m.info), fill(32, 0x3C));
-    }
 }
 
 TEST(WireQuirks, IptablesResponseFlags) {

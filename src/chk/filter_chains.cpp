@@ -20,44 +20,32 @@
 namespace ipacl {
 namespace {
 
-// Each step is one field check over the fields it names.
+constexpr char kSrcPort[] = IPACL_LABEL_SRC_PORT;
+constexpr char kDstPort[] = IPACL_LABEL_DST_PORT;
+
+template <auto Check, auto... Members>
+constexpr ChainStep<ipacl_filter> on = check_step<ipacl_filter, Check, Members...>;
+
+using F = ipacl_filter;
+
+// Each step: the field check and the members of the filter it reads.
 namespace step {
-
-uint32_t name(const ipacl_filter &f, char *err) {
-    return check_name<kListNameRule>(f.prof_name, err);
-}
-uint32_t reserved(const ipacl_filter &f, char *err) { return check_name_rsv(f.prof_name, err); }
-uint32_t action(const ipacl_filter &f, char *err) {
-    return check_action(f.action, f.log_deny, err);
-}
-uint32_t addr_type(const ipacl_filter &f, char *err) { return check_addr_type(f, err); }
-uint32_t proto(const ipacl_filter &f, char *err) {
-    return check_field<kProtoRule>(f.protocol, err);
-}
-uint32_t src_mask(const ipacl_filter &f, char *err) { return check_mask(f.src_wildcard, err); }
-uint32_t dst_mask(const ipacl_filter &f, char *err) { return check_mask(f.dst_wildcard, err); }
-uint32_t src_ports(const ipacl_filter &f, char *err) {
-    return check_port_num(f.src_port_low, f.src_port_high, IPACL_LABEL_SRC_PORT, err);
-}
-uint32_t dst_ports(const ipacl_filter &f, char *err) {
-    return check_port_num(f.dst_port_low, f.dst_port_high, IPACL_LABEL_DST_PORT, err);
-}
-uint32_t src_port_op(const ipacl_filter &f, char *err) {
-    return check_port_op(f.protocol, f.src_port_op, f.src_port_low, f.src_port_high,
-                         IPACL_LABEL_SRC_PORT, err);
-}
-uint32_t dst_port_op(const ipacl_filter &f, char *err) {
-    return check_port_op(f.protocol, f.dst_port_op, f.dst_port_low, f.dst_port_high,
-                         IPACL_LABEL_DST_PORT, err);
-}
-uint32_t tcp(const ipacl_filter &f, char *err) { return check_tcp(f.protocol, f.established, err); }
-uint32_t icmp(const ipacl_filter &f, char *err) {
-    return check_icmp(f.protocol, f.icmp_type, f.icmp_code, err);
-}
-uint32_t prec_tos(const ipacl_filter &f, char *err) {
-    return check_prec_tos(f.precedence, f.tos, err);
-}
-
+constexpr auto name = on<check_name<kListNameRule>, &F::prof_name>;
+constexpr auto reserved = on<check_name_rsv, &F::prof_name>;
+constexpr auto action = on<check_action, &F::action, &F::log_deny>;
+constexpr auto addr_type = on<check_addr_type, kWholeRecord>;
+constexpr auto proto = on<check_field<kProtoRule>, &F::protocol>;
+constexpr auto src_mask = on<check_mask, &F::src_wildcard>;
+constexpr auto dst_mask = on<check_mask, &F::dst_wildcard>;
+constexpr auto src_ports = on<check_port_num, &F::src_port_low, &F::src_port_high, kSrcPort>;
+constexpr auto dst_ports = on<check_port_num, &F::dst_port_low, &F::dst_port_high, kDstPort>;
+constexpr auto src_port_op =
+    on<check_port_op, &F::protocol, &F::src_port_op, &F::src_port_low, &F::src_port_high, kSrcPort>;
+constexpr auto dst_port_op =
+    on<check_port_op, &F::protocol, &F::dst_port_op, &F::dst_port_low, &F::dst_port_high, kDstPort>;
+constexpr auto tcp = on<check_tcp, &F::protocol, &F::established>;
+constexpr auto icmp = on<check_icmp, &F::protocol, &F::icmp_type, &F::icmp_code>;
+constexpr auto prec_tos = on<check_prec_tos, &F::precedence, &F::tos>;
 }  // namespace step
 
 using Step = ChainStep<ipacl_filter>;

@@ -11,23 +11,27 @@
 namespace ipacl {
 namespace {
 
+template <auto Check, auto... Members>
+constexpr ChainStep<ipacl_if_prof> on = check_step<ipacl_if_prof, Check, Members...>;
+
+// The management-port test writes no message.
+uint32_t check_mgmt_port_step(uint32_t if_index, char *) { return check_mgmt_port(if_index); }
+
+using B = ipacl_if_prof;
+
+// The quen side's direction check is the plain one.
 namespace step {
-uint32_t dir(const ipacl_if_prof &b, char *err) { return ipacl_chk_dir(b.direction, err); }
-uint32_t quen_dir(const ipacl_if_prof &b, char *err) {
-    return ipacl_chk_quen_dir(b.direction, err);
-}
-uint32_t name(const ipacl_if_prof &b, char *err) {
-    return check_name<kListNameRule>(b.prof_name, err);
-}
-uint32_t reserved(const ipacl_if_prof &b, char *err) { return check_name_rsv(b.prof_name, err); }
-uint32_t mgmt_port(const ipacl_if_prof &b, char *) { return check_mgmt_port(b.if_index); }
+constexpr auto dir = on<check_field<kDirRule>, &B::direction>;
+constexpr auto name = on<check_name<kListNameRule>, &B::prof_name>;
+constexpr auto reserved = on<check_name_rsv, &B::prof_name>;
+constexpr auto mgmt_port = on<check_mgmt_port_step, &B::if_index>;
 }  // namespace step
 
 using Step = ChainStep<ipacl_if_prof>;
 
 constexpr Step kPlain[] = {step::dir, step::name};
 constexpr Step kCli[] = {step::reserved};
-constexpr Step kQuen[] = {step::quen_dir, step::name, step::reserved, step::mgmt_port};
+constexpr Step kQuen[] = {step::dir, step::name, step::reserved, step::mgmt_port};
 
 }  // namespace
 }  // namespace ipacl

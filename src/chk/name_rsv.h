@@ -9,7 +9,7 @@
 
 #include "chk/message.h"
 #include "chk/reserved_words.h"
-#include "str/scalar/char_class.h"
+#include "base/char_class.h"
 
 namespace ipacl {
 

@@ -10,12 +10,13 @@
 namespace ipacl {
 namespace {
 
+template <auto Check, auto... Members>
+constexpr ChainStep<ipacl_prof> on = check_step<ipacl_prof, Check, Members...>;
+
 namespace step {
-uint32_t name(const ipacl_prof &p, char *err) { return check_name<kListNameRule>(p.name, err); }
-uint32_t type(const ipacl_prof &p, char *err) {
-    return check_field<kProfTypeRule>(p.prof_type, err);
-}
-uint32_t reserved(const ipacl_prof &p, char *err) { return check_name_rsv(p.name, err); }
+constexpr auto name = on<check_name<kListNameRule>, &ipacl_prof::name>;
+constexpr auto type = on<check_field<kProfTypeRule>, &ipacl_prof::prof_type>;
+constexpr auto reserved = on<check_name_rsv, &ipacl_prof::name>;
 }  // namespace step
 
 using Step = ChainStep<ipacl_prof>;

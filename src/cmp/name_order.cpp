@@ -8,7 +8,7 @@
 
 #include <cstring>
 
-#include "str/scalar/char_class.h"
+#include "base/char_class.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include <ipacl/cmp.h>
 #include <ipacl/enums.h>
 
-#include "str/scalar/debug_report.h"
+#include "base/debug_report.h"
 
 namespace {
 

@@ -3,6 +3,7 @@
 #include <ipacl/show.h>
 
 #include "show/table.h"
+#include "wire/endian.h"
 
 namespace {
 
@@ -12,10 +13,7 @@ using namespace ipacl::show;
 // host-order one ("any" for 0).
 template <size_t Offset>
 void entry_address(const uint8_t *p, char *out) {
-    const uint8_t *a = p + Offset;
-    const uint32_t host = static_cast<uint32_t>(a[0]) << 24 | static_cast<uint32_t>(a[1]) << 16 |
-                          static_cast<uint32_t>(a[2]) << 8 | a[3];
-    ipacl_str_addr(host, out);
+    ipacl_str_addr(ipacl::wire::load<uint32_t, ipacl::wire::Order::big>(p + Offset), out);
 }
 
 // The rule-summary title row does not line up with its rule of dashes and

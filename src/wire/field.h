@@ -24,74 +24,82 @@ enum class Conv : uint8_t {
 };
 
 // Every record, key and message that has a converter (and the address
-// sub-record of the filter, which has only an internal one).
+// sub-record of the filter, which has only an internal one), by the stem of
+// its C type ipacl_<stem>.  One entry a line; clang-format would fold it.
+// clang-format off
+#define IPACL_WIRE_RECORDS(X) \
+    X(inet_addr) \
+    X(prof_key) \
+    X(if_prof_key) \
+    X(filter_key) \
+    X(list_key) \
+    X(data_key) \
+    X(group_key) \
+    X(prof) \
+    X(prof_info) \
+    X(if_prof) \
+    X(filter) \
+    X(data) \
+    X(data_info) \
+    X(group) \
+    X(group_info) \
+    X(intf) \
+    X(intf_info) \
+    X(list) \
+    X(mgmt) \
+    X(list_use) \
+    X(mem_use) \
+    X(ha) \
+    X(port_if_created_info) \
+    X(vni_if_chg) \
+    X(avm_if_chg) \
+    X(ipt_entry) \
+    X(ipt_chain) \
+    X(rule_info) \
+    X(ipt_rule) \
+    X(match) \
+    X(ipt_tcp) \
+    X(ipt_udp) \
+    X(ipt_icmp) \
+    X(ipt_tos) \
+    X(ipt_log) \
+    X(ipt_req) \
+    X(ipt_rsp) \
+    X(access_req) \
+    X(access_rsp) \
+    X(prof_req) \
+    X(if_prof_req) \
+    X(filter_req) \
+    X(prof_rsp) \
+    X(if_prof_rsp) \
+    X(filter_rsp) \
+    X(prof_cfg) \
+    X(if_prof_cfg) \
+    X(filter_cfg) \
+    X(cfm) \
+    X(prof_cfm) \
+    X(if_prof_cfm) \
+    X(filter_cfm) \
+    X(prof_sync) \
+    X(if_prof_sync) \
+    X(filter_sync) \
+    X(prof_sync_op) \
+    X(if_prof_sync_op) \
+    X(filter_sync_op) \
+    X(use_req) \
+    X(use_rsp) \
+    X(in_req) \
+    X(in_rsp) \
+    X(test_req) \
+    X(test_rsp) \
+    X(quen)
+// clang-format on
+
 enum class Rec : uint8_t {
-    inet_addr,
-    prof_key,
-    if_prof_key,
-    filter_key,
-    list_key,
-    data_key,
-    group_key,
-    prof,
-    prof_info,
-    if_prof,
-    filter,
-    data,
-    data_info,
-    group,
-    group_info,
-    intf,
-    intf_info,
-    list,
-    mgmt,
-    list_use,
-    mem_use,
-    ha,
-    port_if_created_info,
-    vni_if_chg,
-    avm_if_chg,
-    ipt_entry,
-    ipt_chain,
-    rule_info,
-    ipt_rule,
-    match,
-    ipt_tcp,
-    ipt_udp,
-    ipt_icmp,
-    ipt_tos,
-    ipt_log,
-    ipt_req,
-    ipt_rsp,
-    access_req,
-    access_rsp,
-    prof_req,
-    if_prof_req,
-    filter_req,
-    prof_rsp,
-    if_prof_rsp,
-    filter_rsp,
-    prof_cfg,
-    if_prof_cfg,
-    filter_cfg,
-    cfm,
-    prof_cfm,
-    if_prof_cfm,
-    filter_cfm,
-    prof_sync,
-    if_prof_sync,
-    filter_sync,
-    prof_sync_op,
-    if_prof_sync_op,
-    filter_sync_op,
-    use_req,
-    use_rsp,
-    in_req,
-    in_rsp,
-    test_req,
-    test_rsp,
-    quen,
-    count_  // number of records; not a record
+#define IPACL_WIRE_REC_ENUM(stem) stem,
+    IPACL_WIRE_RECORDS(IPACL_WIRE_REC_ENUM)
+#undef IPACL_WIRE_REC_ENUM
+        count_  // number of records; not a record
 };
 
 // One field: where it starts, how many bytes it spans, what is done with

@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-#include "str/scalar/char_class.h"
+#include "base/char_class.h"
 
 namespace {
 constexpr size_t kCanonicalLength = 29;

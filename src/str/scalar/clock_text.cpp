@@ -8,7 +8,7 @@
 #include <cstring>
 #include <ctime>
 
-#include "str/scalar/scalar_text.h"
+#include "base/value_text.h"
 
 extern "C" {
 
@@ -19,23 +19,23 @@ uint32_t ipacl_str_time(char *dst) {
     gettimeofday(&now, nullptr);
     auto seconds = static_cast<unsigned>(now.tv_sec % 60);
     auto micros = static_cast<unsigned>(now.tv_usec);
-    return static_cast<uint32_t>(snprintf(dst, ipacl::kScalarTextSize, "%03u:%03u:%03u", seconds,
-                                          micros / 1000, micros % 1000));
+    return static_cast<uint32_t>(
+        snprintf(dst, ipacl::kTextSize, "%03u:%03u:%03u", seconds, micros / 1000, micros % 1000));
 }
 
 uint32_t ipacl_str_time_stamp(char *dst) {
     time_t now = time(nullptr);
     tm local{};
     if (const tm *shared = localtime(&now)) local = *shared;
-    return static_cast<uint32_t>(snprintf(
-        dst, ipacl::kScalarTextSize, "%02u:%02u:%02u", static_cast<unsigned>(local.tm_hour),
-        static_cast<unsigned>(local.tm_min), static_cast<unsigned>(local.tm_sec)));
+    return static_cast<uint32_t>(
+        snprintf(dst, ipacl::kTextSize, "%02u:%02u:%02u", static_cast<unsigned>(local.tm_hour),
+                 static_cast<unsigned>(local.tm_min), static_cast<unsigned>(local.tm_sec)));
 }
 
 // A time that the calendar cannot show gives the empty text.
 void ipacl_str_date(const time_t *t, char *dst) {
     const char *text = t ? ctime(t) : nullptr;
-    snprintf(dst, ipacl::kScalarTextSize, "%s", text ? text : "");
+    snprintf(dst, ipacl::kTextSize, "%s", text ? text : "");
     size_t length = strlen(dst);
     if (length > 0 && dst[length - 1] == '\n') dst[length - 1] = '\0';
 }

@@ -1,7 +1,7 @@
 // Fitting text to columns and lines.
 #include <ipacl/str_scalar.h>
 
-#include "str/scalar/scalar_text.h"
+#include "base/value_text.h"
 
 extern "C" {
 
@@ -22,7 +22,7 @@ void ipacl_str_n(char *s, int32_t n) {
 // Each character is copied before it is looked at, so the 40th one lands in
 // dst[39] and is then overwritten by the terminator.
 void ipacl_str_from_line(const char *in, char *dst) {
-    for (size_t i = 0; i < ipacl::kScalarTextSize; ++i) {
+    for (size_t i = 0; i < ipacl::kTextSize; ++i) {
         dst[i] = in[i];
         if (in[i] == '\0') return;
         if (in[i] == '\n') {
@@ -30,7 +30,7 @@ void ipacl_str_from_line(const char *in, char *dst) {
             return;
         }
     }
-    dst[ipacl::kScalarTextSize - 1] = '\0';
+    dst[ipacl::kTextSize - 1] = '\0';
 }
 
 }  // extern "C"

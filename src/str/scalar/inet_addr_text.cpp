@@ -10,7 +10,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "str/scalar/debug_report.h"
+#include "base/debug_report.h"
 
 namespace ipacl {
 namespace {

@@ -3,19 +3,18 @@
 #pragma once
 
 #include <cstdint>
-#include <cstring>
+#include <cstddef>
+
+#include "wire/endian.h"
 
 namespace ipacl_tool {
 
 inline uint32_t word_at(const uint8_t *bytes, std::size_t offset) {
-    uint32_t word;
-    std::memcpy(&word, bytes + offset, sizeof word);
-    return word;
+    return ipacl::wire::load<uint32_t, ipacl::wire::Order::native>(bytes + offset);
 }
 
 inline uint32_t big_endian_at(const uint8_t *bytes, std::size_t offset) {
-    return uint32_t{bytes[offset]} << 24 | uint32_t{bytes[offset + 1]} << 16 |
-           uint32_t{bytes[offset + 2]} << 8 | uint32_t{bytes[offset + 3]};
+    return ipacl::wire::load<uint32_t, ipacl::wire::Order::big>(bytes + offset);
 }
 
 void show_number(const char *label, uint32_t value);

@@ -5,13 +5,57 @@
 #include <ipacl/enums.h>
 #include <ipacl/wire.h>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace ipacl_tool {
 namespace {
 
-// Content flags of an ipacl_ipt_rsp, tested in the converters' order.
-constexpr uint32_t ipt_chain_flags = IPACL_IPT_OP_ALL_CHAINS | IPACL_IPT_OP_MATCHED_CHAIN;
+using ipacl::wire::Conv;
+using ipacl::wire::RecordShape;
+
+// The texts of a record and of the records nested in it, from `base`.
+void collect_texts(const RecordShape &shape, std::size_t base, std::vector<text_field> &texts) {
+    for (std::size_t i = 0; i < shape.field_count; ++i) {
+        const ipacl::wire::Field &field = shape.fields[i];
+        if (field.conv == Conv::str && field.width > 0)
+            texts.push_back({base + field.off, field.width});
+        if (field.conv == Conv::rec)
+            collect_texts(ipacl::wire::shape(field.rec), base + field.off, texts);
+    }
+}
+
+// A text of width 0 is open-ended: it runs to the end of the message.
+bool ends_in_text(const RecordShape &shape) {
+    for (std::size_t i = 0; i < shape.field_count; ++i)
+        if (shape.fields[i].conv == Conv::str && shape.fields[i].width == 0) return true;
+    return false;
+}
+
+// Completes a type from the library's table of its record.  Elements lie
+// behind the fixed part when they start at the end of the C type; the
+// elements of fixed slots (a rule's matches, a confirmation's key) are part
+// of the record.
+void describe(wire_type &type) {
+    const RecordShape &shape = *ipacl::wire::find_shape(type.name);
+    type.shape = &shape;
+    const bool tail_behind = (shape.counted || shape.tagged) && shape.elems_at == shape.size;
+    type.fixed = tail_behind ? shape.elems_at : shape.size;
+    collect_texts(shape, 0, type.texts);
+    std::sort(type.texts.begin(), type.texts.end(),
+              [](const text_field &a, const text_field &b) { return a.offset < b.offset; });
+    if (type.tail != tail_kind::none) return;
+    if (ends_in_text(shape)) type.tail = tail_kind::text;
+    if (!tail_behind) return;
+    type.count_at = shape.count_at;
+    if (shape.tagged) {
+        type.tail = tail_kind::typed;
+        type.tag_at = shape.tag_at;
+    } else {
+        type.tail = tail_kind::counted;
+        type.element = ipacl::wire::shape(shape.elem).stem;
+    }
+}
 
 bool texts_terminated(const wire_type &type, const uint8_t *bytes, std::string &error) {
     for (const text_field &field : type.texts) {
@@ -77,6 +121,7 @@ const std::vector<wire_type> &wire_types() {
         std::vector<wire_type> all;
         add_record_types(all);
         add_message_types(all);
+        for (wire_type &type : all) describe(type);
         return all;
     }();
     return types;
@@ -88,27 +133,12 @@ const wire_type *find_wire_type(std::string_view name) {
     return nullptr;
 }
 
-const wire_type *typed_element(tail_kind tail, uint32_t type_word) {
-    static const char *const access_elements[] = {
-        nullptr,     "data", "data_info", "data_key", "group",    "group_info",
-        "group_key", "intf", "intf_info", "list",     "list_key", "mgmt"};
-    switch (tail) {
-        case tail_kind::access_typed:
-            if (type_word >= 1 && type_word <= IPACL_ACCESS_TYPE_ACCESS_MGMT)
-                return find_wire_type(access_elements[type_word]);
-            return nullptr;
-        case tail_kind::in_typed:
-            if (type_word == IPACL_IN_TYPE_HA_INFO) return find_wire_type("ha");
-            if (type_word == IPACL_IN_TYPE_MEMORY_USAGE) return find_wire_type("mem_use");
-            return nullptr;
-        case tail_kind::ipt_typed:
-            if (type_word & ipt_chain_flags) return find_wire_type("ipt_chain");
-            if (type_word & IPACL_IPT_OP_MATCHED_RULE) return find_wire_type("ipt_rule");
-            if (type_word & IPACL_IPT_OP_ALL_RULES) return find_wire_type("rule_info");
-            return nullptr;
-        default:
-            return nullptr;
-    }
+const wire_type *typed_element(const wire_type &type, uint32_t type_word) {
+    const RecordShape &shape = *type.shape;
+    for (std::size_t i = 0; i < shape.variant_count; ++i)
+        if (ipacl::wire::picks(shape.pick, shape.variants[i].code, type_word))
+            return find_wire_type(ipacl::wire::shape(shape.variants[i].rec).stem);
+    return nullptr;
 }
 
 bool measure(const wire_type &type, const uint8_t *bytes, std::size_t size, std::string &error) {
@@ -125,12 +155,11 @@ bool measure(const wire_type &type, const uint8_t *bytes, std::size_t size, std:
         case tail_kind::counted:
             return elements_fit(type, *find_wire_type(type.element),
                                 big_endian_at(bytes, type.count_at), bytes, size, error);
-        case tail_kind::access_typed:
-        case tail_kind::in_typed:
-        case tail_kind::ipt_typed: {
-            const wire_type *element = typed_element(type.tail, big_endian_at(bytes, 4));
+        case tail_kind::typed: {
+            const wire_type *element = typed_element(type, big_endian_at(bytes, type.tag_at));
             if (element == nullptr) return nothing_after(type, type.fixed, size, error);
-            return elements_fit(type, *element, big_endian_at(bytes, 0), bytes, size, error);
+            return elements_fit(type, *element, big_endian_at(bytes, type.count_at), bytes, size,
+                                error);
         }
         case tail_kind::text:
             return text_tail_fits(type, bytes, size, error);
@@ -145,9 +174,8 @@ void decode_and_show(const wire_type &type, uint8_t *bytes, std::size_t size) {
     type.show(bytes, true);
     const wire_type *element = nullptr;
     if (type.tail == tail_kind::counted) element = find_wire_type(type.element);
-    if (type.tail == tail_kind::access_typed || type.tail == tail_kind::in_typed ||
-        type.tail == tail_kind::ipt_typed) {
-        element = typed_element(type.tail, word_at(bytes, 4));
+    if (type.tail == tail_kind::typed) {
+        element = typed_element(type, word_at(bytes, type.tag_at));
         if (element == nullptr) std::printf("(no records of this type to show)\n");
     }
     if (element != nullptr) {

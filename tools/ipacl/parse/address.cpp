@@ -8,6 +8,8 @@
 #include <cstring>
 #include <string>
 
+#include "wire/endian.h"
+
 namespace ipacl_tool {
 namespace {
 
@@ -15,8 +17,7 @@ constexpr uint32_t ipv4_bits = 32;
 constexpr uint32_t ipv6_bits = 128;
 
 uint32_t host_order(const uint8_t bytes[4]) {
-    return uint32_t{bytes[0]} << 24 | uint32_t{bytes[1]} << 16 | uint32_t{bytes[2]} << 8 |
-           uint32_t{bytes[3]};
+    return ipacl::wire::load<uint32_t, ipacl::wire::Order::big>(bytes);
 }
 
 // The address part alone; false when it is neither IPv4 nor IPv6.

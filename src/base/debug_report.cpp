@@ -1,4 +1,4 @@
-#include "str/scalar/debug_report.h"
+#include "base/debug_report.h"
 
 #include <cstdio>
 #include <cstring>
@@ -10,12 +10,12 @@ namespace {
 
 constexpr uint32_t kHistEvent = 0x730000;
 constexpr uint32_t kSubtype = 100;
-constexpr size_t kTextSize = 512;
+constexpr size_t kReportSize = 512;
 
 // The history record: the subtype, then the text with its NUL.
 struct HistRecord {
     uint32_t subtype;
-    char text[kTextSize];
+    char text[kReportSize];
 } __attribute__((packed));
 
 }  // namespace
