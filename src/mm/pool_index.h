@@ -1,0 +1,82 @@
+// The index of a pool's chunks answers without walking the chunk list:
+// which chunk holds an address (a tree of the chunks by slot-area address),
+// which chunk comes first with room and which comes first empty (trees of
+// just those chunks, by rank: ranks grow as chunks are made, so they follow
+// the list), and which chunk comes before a given one or last (a link back).
+//
+// The index lives in the chunk records themselves: each record is allocated
+// with room for its tree nodes and for the roots, and the roots in use are
+// those in the record of the pool's first chunk, handed on when that chunk
+// goes.  So the index costs no allocation of its own and vanishes with the
+// pool's last chunk, and the public layouts stay as they are.
+//
+// The index was built for the pool's `count` and `slot_size`; should those
+// change under it, or a chunk's `used` be found changed from outside, it is
+// given up and the pool is served by walking the list until it is empty.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include <ipacl/mm.h>
+
+#include "mm/index_tree.h"
+
+namespace ipacl::mm {
+
+struct PoolIndex {
+    TreeNode *by_address;  // chunks with a slot area, keyed by its address
+    TreeNode *with_room;   // chunks with used < count, keyed by rank
+    TreeNode *empty;       // chunks with used 0, keyed by rank
+    ipacl_mm_chunk *last;
+    uint64_t next_rank;
+    uint32_t count;  // the pool's geometry when the index began
+    uint32_t slot_size;
+    bool kept;  // false: given up, the list walk serves the pool
+};
+
+// What the library allocates for a chunk: the public record first, so a
+// chunk pointer is a record pointer, then the room of the index.
+struct ChunkRecord {
+    ipacl_mm_chunk chunk;
+    ipacl_mm_chunk *prev;  // the chunk before in the list, NULL for the first
+    TreeNode by_address;
+    TreeNode with_room;  // these two are keyed by the chunk's rank
+    TreeNode empty;
+    bool has_room;    // in the `with_room` tree
+    bool is_empty;    // in the `empty` tree
+    PoolIndex index;  // the live roots while this chunk is the first
+};
+
+// The roots in the first chunk, kept or given up; NULL for an empty pool.
+PoolIndex *index_roots(ipacl_mm &pool);
+
+// The roots when the index serves the pool; NULL when the walk must.
+PoolIndex *index_of(ipacl_mm &pool);
+
+// A first chunk has just been linked into an empty pool: a new index.
+void index_begin(ipacl_mm &pool);
+
+// A chunk has just been linked after the last one.
+void index_append(PoolIndex &index, ipacl_mm_chunk *chunk);
+
+// To call after a chunk's `used` changed.
+void index_update(ipacl_mm &pool, ipacl_mm_chunk *chunk);
+
+// A chunk just unlinked from the list leaves the index (nothing when the
+// index is given up).
+void index_remove(PoolIndex &index, ipacl_mm_chunk *chunk);
+
+// The roots copied into the record of `chunk`, the new first chunk.
+void index_hand_over(const PoolIndex &index, ipacl_mm_chunk *chunk);
+
+// Lookups of a kept index; NULL when there is no such chunk.
+ipacl_mm_chunk *index_first_with_room(const PoolIndex &index);
+ipacl_mm_chunk *index_first_empty(const PoolIndex &index);
+ipacl_mm_chunk *index_holding(const PoolIndex &index, uintptr_t at);
+ipacl_mm_chunk *index_before(const ipacl_mm_chunk *chunk);
+
+// Gives the index up for the rest of the pool's life.
+void index_give_up(PoolIndex &index);
+
+}  // namespace ipacl::mm
