@@ -5,6 +5,7 @@
 // chunk's identity, slot area, `used` and bitmap, in list order.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -113,7 +114,7 @@ void expect_same_list(const ipacl_mm &pool, const Model &model, uint64_t step) {
         ASSERT_EQ(c, m.chunk) << "step " << step << " chunk " << i;
         ASSERT_EQ(reinterpret_cast<uintptr_t>(c->data), m.data) << "step " << step;
         ASSERT_EQ(c->used, m.used) << "step " << step << " chunk " << i;
-        ASSERT_EQ(memcmp(c->bitmap, m.bitmap.data(), pool.bm_size), 0) << "step " << step;
+        ASSERT_TRUE(std::equal(m.bitmap.begin(), m.bitmap.end(), c->bitmap)) << "step " << step;
         total += c->used;
     }
     ASSERT_EQ(i, model.chunks.size()) << "step " << step;

@@ -1,31 +1,34 @@
 // AVL insertion and removal, recursive: the depth is the tree's height, a few
-// dozen frames at most.  Rotations and every change on the way back up
-// recompute the heights of the nodes they touch.
+// dozen frames at most.  Every node whose children change is refreshed on
+// the way back up, and so is its parent, which keeps those children as
+// grandchildren: both lie on the path of the change.
 #include "mm/index_tree.h"
 
 namespace ipacl::mm::tree {
 namespace {
 
+constexpr int kLeft = 0;
+constexpr int kRight = 1;
+
 int height(const TreeNode *n) { return n ? static_cast<int>(n->height) : 0; }
 
 void refresh(TreeNode *n) {
-    const int h = height(n->left) > height(n->right) ? height(n->left) : height(n->right);
+    const int h = height(n->child[kLeft]) > height(n->child[kRight]) ? height(n->child[kLeft])
+                                                                     : height(n->child[kRight]);
     n->height = static_cast<uint32_t>(h + 1);
+    for (int side = kLeft; side <= kRight; ++side) {
+        const TreeNode *c = n->child[side];
+        n->child_key[side] = c ? c->key : 0;
+        n->grandchild[side][kLeft] = c ? c->child[kLeft] : nullptr;
+        n->grandchild[side][kRight] = c ? c->child[kRight] : nullptr;
+    }
 }
 
-TreeNode *rotate_right(TreeNode *n) {
-    TreeNode *top = n->left;
-    n->left = top->right;
-    top->right = n;
-    refresh(n);
-    refresh(top);
-    return top;
-}
-
-TreeNode *rotate_left(TreeNode *n) {
-    TreeNode *top = n->right;
-    n->right = top->left;
-    top->left = n;
+// Turns the subtree `n` so that its child on `side` comes up.
+TreeNode *rotate(TreeNode *n, int side) {
+    TreeNode *top = n->child[side];
+    n->child[side] = top->child[1 - side];
+    top->child[1 - side] = n;
     refresh(n);
     refresh(top);
     return top;
@@ -34,25 +37,22 @@ TreeNode *rotate_left(TreeNode *n) {
 // `n` with subtrees whose heights differ by at most 2, made balanced again.
 TreeNode *rebalance(TreeNode *n) {
     refresh(n);
-    const int lean = height(n->left) - height(n->right);
-    if (lean > 1) {
-        if (height(n->left->left) < height(n->left->right)) n->left = rotate_left(n->left);
-        return rotate_right(n);
-    }
-    if (lean < -1) {
-        if (height(n->right->right) < height(n->right->left)) n->right = rotate_right(n->right);
-        return rotate_left(n);
-    }
-    return n;
+    const int lean = height(n->child[kLeft]) - height(n->child[kRight]);
+    if (lean >= -1 && lean <= 1) return n;
+    const int heavy = lean > 1 ? kLeft : kRight;
+    TreeNode *c = n->child[heavy];
+    if (height(c->child[heavy]) < height(c->child[1 - heavy]))
+        n->child[heavy] = rotate(c, 1 - heavy);
+    return rotate(n, heavy);
 }
 
 // The subtree `n` without its least node, which goes to *least.
 TreeNode *take_least(TreeNode *n, TreeNode **least) {
-    if (!n->left) {
+    if (!n->child[kLeft]) {
         *least = n;
-        return n->right;
+        return n->child[kRight];
     }
-    n->left = take_least(n->left, least);
+    n->child[kLeft] = take_least(n->child[kLeft], least);
     return rebalance(n);
 }
 
@@ -60,50 +60,49 @@ TreeNode *take_least(TreeNode *n, TreeNode **least) {
 
 TreeNode *insert(TreeNode *root, TreeNode *node) {
     if (!root) {
-        node->left = nullptr;
-        node->right = nullptr;
+        node->child[kLeft] = nullptr;
+        node->child[kRight] = nullptr;
         refresh(node);
         return node;
     }
-    if (node->key < root->key)
-        root->left = insert(root->left, node);
-    else
-        root->right = insert(root->right, node);
+    const int side = node->key < root->key ? kLeft : kRight;
+    root->child[side] = insert(root->child[side], node);
     return rebalance(root);
 }
 
 TreeNode *erase(TreeNode *root, uint64_t key) {
     if (!root) return nullptr;
-    if (key < root->key) {
-        root->left = erase(root->left, key);
-    } else if (key > root->key) {
-        root->right = erase(root->right, key);
-    } else {
-        if (!root->right) return root->left;
-        TreeNode *successor = nullptr;
-        TreeNode *right = take_least(root->right, &successor);
-        successor->left = root->left;
-        successor->right = right;
-        root = successor;
+    if (key != root->key) {
+        const int side = key < root->key ? kLeft : kRight;
+        root->child[side] = erase(root->child[side], key);
+        return rebalance(root);
     }
-    return rebalance(root);
+    if (!root->child[kRight]) return root->child[kLeft];
+    TreeNode *successor = nullptr;
+    TreeNode *right = take_least(root->child[kRight], &successor);
+    successor->child[kLeft] = root->child[kLeft];
+    successor->child[kRight] = right;
+    return rebalance(successor);
 }
 
 TreeNode *at_or_before(TreeNode *root, uint64_t key) {
     TreeNode *found = nullptr;
-    while (root) {
-        if (root->key <= key) {
-            found = root;
-            root = root->right;
-        } else {
-            root = root->left;
-        }
+    TreeNode *n = root;
+    while (n) {
+        // Two levels per node read: the child's key is kept here.
+        const int side = n->key <= key ? kRight : kLeft;
+        if (side == kRight) found = n;
+        TreeNode *c = n->child[side];
+        if (!c) break;
+        const int next = n->child_key[side] <= key ? kRight : kLeft;
+        if (next == kRight) found = c;
+        n = n->grandchild[side][next];
     }
     return found;
 }
 
 TreeNode *least(TreeNode *root) {
-    while (root && root->left) root = root->left;
+    while (root && root->child[kLeft]) root = root->child[kLeft];
     return root;
 }
 

@@ -21,17 +21,38 @@ size_t area_of(const PoolIndex &index) {
     return static_cast<size_t>(index.count) * index.slot_size;  // fits: the chunks exist
 }
 
-// Puts `node` into or takes it out of `*root` as `want` says.
-void keep_in(TreeNode **root, TreeNode &node, bool *in, bool want) {
+void add(RankSet &set, TreeNode *node) {
+    if (set.first && set.first->key < node->key) {
+        set.rest = tree::insert(set.rest, node);
+        return;
+    }
+    if (set.first) set.rest = tree::insert(set.rest, set.first);
+    set.first = node;
+}
+
+void remove(RankSet &set, const TreeNode *node) {
+    if (node != set.first) {
+        set.rest = tree::erase(set.rest, node->key);
+        return;
+    }
+    set.first = tree::least(set.rest);
+    if (set.first) set.rest = tree::erase(set.rest, set.first->key);
+}
+
+// Puts `node` into or takes it out of `set` as `want` says.
+void keep_in(RankSet &set, TreeNode &node, bool *in, bool want) {
     if (*in == want) return;
-    *root = want ? tree::insert(*root, &node) : tree::erase(*root, node.key);
+    if (want)
+        add(set, &node);
+    else
+        remove(set, &node);
     *in = want;
 }
 
 void place(PoolIndex &index, ipacl_mm_chunk *chunk) {
     ChunkRecord &record = record_of(chunk);
-    keep_in(&index.with_room, record.with_room, &record.has_room, chunk->used < index.count);
-    keep_in(&index.empty, record.empty, &record.is_empty, chunk->used == 0);
+    keep_in(index.with_room, record.with_room, &record.has_room, chunk->used < index.count);
+    keep_in(index.empty, record.empty, &record.is_empty, chunk->used == 0);
 }
 
 }  // namespace
@@ -51,7 +72,7 @@ PoolIndex *index_of(ipacl_mm &pool) {
 
 void index_begin(ipacl_mm &pool) {
     PoolIndex &index = record_of(pool.first).index;
-    index = PoolIndex{nullptr, nullptr, nullptr, nullptr, 0, pool.count, pool.slot_size, true};
+    index = PoolIndex{nullptr, {}, {}, nullptr, 0, pool.count, pool.slot_size, true};
     index_append(index, pool.first);
 }
 
@@ -76,8 +97,8 @@ void index_update(ipacl_mm &pool, ipacl_mm_chunk *chunk) {
 void index_remove(PoolIndex &index, ipacl_mm_chunk *chunk) {
     if (!index.kept) return;
     ChunkRecord &record = record_of(chunk);
-    keep_in(&index.with_room, record.with_room, &record.has_room, false);
-    keep_in(&index.empty, record.empty, &record.is_empty, false);
+    keep_in(index.with_room, record.with_room, &record.has_room, false);
+    keep_in(index.empty, record.empty, &record.is_empty, false);
     if (area_of(index) != 0)
         index.by_address = tree::erase(index.by_address, record.by_address.key);
     if (chunk->next)
@@ -91,11 +112,11 @@ void index_hand_over(const PoolIndex &index, ipacl_mm_chunk *chunk) {
 }
 
 ipacl_mm_chunk *index_first_with_room(const PoolIndex &index) {
-    return chunk_of(tree::least(index.with_room), offsetof(ChunkRecord, with_room));
+    return chunk_of(index.with_room.first, offsetof(ChunkRecord, with_room));
 }
 
 ipacl_mm_chunk *index_first_empty(const PoolIndex &index) {
-    return chunk_of(tree::least(index.empty), offsetof(ChunkRecord, empty));
+    return chunk_of(index.empty.first, offsetof(ChunkRecord, empty));
 }
 
 ipacl_mm_chunk *index_holding(const PoolIndex &index, uintptr_t at) {

@@ -24,10 +24,18 @@
 
 namespace ipacl::mm {
 
+// Chunks keyed by rank, the first of them kept aside: in a pool in steady
+// use one chunk gains room and fills up again, and so comes and goes
+// without touching a tree.
+struct RankSet {
+    TreeNode *first;  // least rank, NULL when the set is empty
+    TreeNode *rest;   // the others
+};
+
 struct PoolIndex {
     TreeNode *by_address;  // chunks with a slot area, keyed by its address
-    TreeNode *with_room;   // chunks with used < count, keyed by rank
-    TreeNode *empty;       // chunks with used 0, keyed by rank
+    RankSet with_room;     // chunks with used < count
+    RankSet empty;         // chunks with used 0
     ipacl_mm_chunk *last;
     uint64_t next_rank;
     uint32_t count;  // the pool's geometry when the index began
