@@ -86,16 +86,18 @@ TreeNode *erase(TreeNode *root, uint64_t key) {
 }
 
 TreeNode *at_or_before(TreeNode *root, uint64_t key) {
+    // Two levels per node read, the child's key being kept here.  Written
+    // as selections, not branches: the way down is as good as random.
     TreeNode *found = nullptr;
-    TreeNode *n = root;
-    while (n) {
-        // Two levels per node read: the child's key is kept here.
-        const int side = n->key <= key ? kRight : kLeft;
-        if (side == kRight) found = n;
+    for (TreeNode *n = root; n;) {
+        const int side = static_cast<int>(n->key <= key);
+        TreeNode *const after_n[2] = {found, n};
+        found = after_n[side];
         TreeNode *c = n->child[side];
         if (!c) break;
-        const int next = n->child_key[side] <= key ? kRight : kLeft;
-        if (next == kRight) found = c;
+        const int next = static_cast<int>(n->child_key[side] <= key);
+        TreeNode *const after_c[2] = {found, c};
+        found = after_c[next];
         n = n->grandchild[side][next];
     }
     return found;
