@@ -12,7 +12,8 @@ const ChunkRecord &record_of(const ipacl_mm_chunk *chunk) {
 }
 
 // The chunk whose record has `node` at `offset`.
-ipacl_mm_chunk *chunk_of(TreeNode *node, size_t offset) {
+template <typename Node>
+ipacl_mm_chunk *chunk_of(Node *node, size_t offset) {
     if (!node) return nullptr;
     return reinterpret_cast<ipacl_mm_chunk *>(reinterpret_cast<char *>(node) - offset);
 }

@@ -33,9 +33,9 @@ struct RankSet {
 };
 
 struct PoolIndex {
-    TreeNode *by_address;  // chunks with a slot area, keyed by its address
-    RankSet with_room;     // chunks with used < count
-    RankSet empty;         // chunks with used 0
+    SearchNode *by_address;  // chunks with a slot area, keyed by its address
+    RankSet with_room;       // chunks with used < count
+    RankSet empty;           // chunks with used 0
     ipacl_mm_chunk *last;
     uint64_t next_rank;
     uint32_t count;  // the pool's geometry when the index began
@@ -48,7 +48,7 @@ struct PoolIndex {
 struct ChunkRecord {
     ipacl_mm_chunk chunk;
     ipacl_mm_chunk *prev;  // the chunk before in the list, NULL for the first
-    TreeNode by_address;
+    SearchNode by_address;
     TreeNode with_room;  // these two are keyed by the chunk's rank
     TreeNode empty;
     bool has_room;    // in the `with_room` tree
