@@ -100,19 +100,24 @@ Node *erase(Node *root, uint64_t key) {
     return rebalance(successor);
 }
 
+// `taken` when `take` is 1, else `kept`, without a branch.
+SearchNode *select(SearchNode *kept, SearchNode *taken, uintptr_t take) {
+    const auto k = reinterpret_cast<uintptr_t>(kept);
+    return reinterpret_cast<SearchNode *>(k ^
+                                          ((k ^ reinterpret_cast<uintptr_t>(taken)) & (0 - take)));
+}
+
 SearchNode *at_or_before(SearchNode *root, uint64_t key) {
     // Two levels per node read, the child's key being kept here.  Written
     // as selections, not branches: the way down is as good as random.
     SearchNode *found = nullptr;
     for (SearchNode *n = root; n;) {
-        const int side = static_cast<int>(n->key <= key);
-        SearchNode *const after_n[2] = {found, n};
-        found = after_n[side];
+        const uintptr_t side = n->key <= key;
+        found = select(found, n, side);
         SearchNode *c = n->child[side];
         if (!c) break;
-        const int next = static_cast<int>(n->child_key[side] <= key);
-        SearchNode *const after_c[2] = {found, c};
-        found = after_c[next];
+        const uintptr_t next = n->child_key[side] <= key;
+        found = select(found, c, next);
         n = n->grandchild[side][next];
     }
     return found;

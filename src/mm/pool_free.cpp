@@ -24,11 +24,14 @@ ipacl_mm_chunk *clear_slot(const ipacl_mm &pool, ipacl_mm_chunk *chunk, void *da
                            char *err) {
     const uintptr_t offset =
         reinterpret_cast<uintptr_t>(data) - reinterpret_cast<uintptr_t>(chunk->data);
-    if (offset % pool.slot_size != 0) {
+    // A 32-bit division, much the cheaper, serves every area below 4 GiB.
+    const uintptr_t index = offset <= UINT32_MAX ? static_cast<uint32_t>(offset) / pool.slot_size
+                                                 : offset / pool.slot_size;
+    if (offset - index * pool.slot_size != 0) {
         if (err) sprintf(err, "data %p not aligned", data);
         return nullptr;
     }
-    *slot = static_cast<uint32_t>(offset / pool.slot_size);
+    *slot = static_cast<uint32_t>(index);
     return ipacl_bm_clr(chunk->bitmap, pool.bm_size, *slot, err) == IPACL_OK ? chunk : nullptr;
 }
 
