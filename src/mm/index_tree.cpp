@@ -100,11 +100,10 @@ Node *erase(Node *root, uint64_t key) {
     return rebalance(successor);
 }
 
-// `taken` when `take` is 1, else `kept`, without a branch.
+// `taken` when `take` is 1, else `kept`: picked from a pair, not branched to.
 SearchNode *select(SearchNode *kept, SearchNode *taken, uintptr_t take) {
-    const auto k = reinterpret_cast<uintptr_t>(kept);
-    return reinterpret_cast<SearchNode *>(k ^
-                                          ((k ^ reinterpret_cast<uintptr_t>(taken)) & (0 - take)));
+    SearchNode *const pair[2] = {kept, taken};
+    return pair[take];
 }
 
 SearchNode *at_or_before(SearchNode *root, uint64_t key) {
