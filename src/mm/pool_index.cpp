@@ -58,19 +58,6 @@ void place(PoolIndex &index, ipacl_mm_chunk *chunk) {
 
 }  // namespace
 
-PoolIndex *index_roots(ipacl_mm &pool) {
-    if (!pool.first) return nullptr;
-    PoolIndex &index = record_of(pool.first).index;
-    if (index.kept && (index.count != pool.count || index.slot_size != pool.slot_size))
-        index_give_up(index);
-    return &index;
-}
-
-PoolIndex *index_of(ipacl_mm &pool) {
-    PoolIndex *index = index_roots(pool);
-    return index && index->kept ? index : nullptr;
-}
-
 void index_begin(ipacl_mm &pool) {
     PoolIndex &index = record_of(pool.first).index;
     index = PoolIndex{nullptr, {}, {}, nullptr, 0, pool.count, pool.slot_size, true};
@@ -128,7 +115,5 @@ ipacl_mm_chunk *index_holding(const PoolIndex &index, uintptr_t at) {
 }
 
 ipacl_mm_chunk *index_before(const ipacl_mm_chunk *chunk) { return record_of(chunk).prev; }
-
-void index_give_up(PoolIndex &index) { index.kept = false; }
 
 }  // namespace ipacl::mm

@@ -56,11 +56,24 @@ struct ChunkRecord {
     PoolIndex index;  // the live roots while this chunk is the first
 };
 
+// Gives the index up for the rest of the pool's life.
+inline void index_give_up(PoolIndex &index) { index.kept = false; }
+
 // The roots in the first chunk, kept or given up; NULL for an empty pool.
-PoolIndex *index_roots(ipacl_mm &pool);
+// Inline: every allocation and free asks, more than once.
+inline PoolIndex *index_roots(ipacl_mm &pool) {
+    if (!pool.first) return nullptr;
+    PoolIndex &index = reinterpret_cast<ChunkRecord *>(pool.first)->index;
+    if (index.kept && (index.count != pool.count || index.slot_size != pool.slot_size))
+        index_give_up(index);
+    return &index;
+}
 
 // The roots when the index serves the pool; NULL when the walk must.
-PoolIndex *index_of(ipacl_mm &pool);
+inline PoolIndex *index_of(ipacl_mm &pool) {
+    PoolIndex *index = index_roots(pool);
+    return index && index->kept ? index : nullptr;
+}
 
 // A first chunk has just been linked into an empty pool: a new index.
 void index_begin(ipacl_mm &pool);
@@ -83,8 +96,5 @@ ipacl_mm_chunk *index_first_with_room(const PoolIndex &index);
 ipacl_mm_chunk *index_first_empty(const PoolIndex &index);
 ipacl_mm_chunk *index_holding(const PoolIndex &index, uintptr_t at);
 ipacl_mm_chunk *index_before(const ipacl_mm_chunk *chunk);
-
-// Gives the index up for the rest of the pool's life.
-void index_give_up(PoolIndex &index);
 
 }  // namespace ipacl::mm
