@@ -100,24 +100,19 @@ Node *erase(Node *root, uint64_t key) {
     return rebalance(successor);
 }
 
-// `taken` when `take` is 1, else `kept`: picked from a pair, not branched to.
-SearchNode *select(SearchNode *kept, SearchNode *taken, uintptr_t take) {
-    SearchNode *const pair[2] = {kept, taken};
-    return pair[take];
-}
-
 SearchNode *at_or_before(SearchNode *root, uint64_t key) {
-    // Two levels per node read, the child's key being kept here.  Written
-    // as selections, not branches: the way down is as good as random.
+    // Two levels per node read, the child's key being kept here.  The way
+    // down is as good as random, so the candidate is kept by conditional
+    // moves (kept in registers), not branches.
     SearchNode *found = nullptr;
     for (SearchNode *n = root; n;) {
-        const uintptr_t side = n->key <= key;
-        found = select(found, n, side);
-        SearchNode *c = n->child[side];
+        const bool right = n->key <= key;
+        found = right ? n : found;
+        SearchNode *c = n->child[right];
         if (!c) break;
-        const uintptr_t next = n->child_key[side] <= key;
-        found = select(found, c, next);
-        n = n->grandchild[side][next];
+        const bool next = n->child_key[right] <= key;
+        found = next ? c : found;
+        n = n->grandchild[right][next];
     }
     return found;
 }

@@ -18,31 +18,29 @@ bool holds(const ipacl_mm &pool, const ipacl_mm_chunk &chunk, uintptr_t at) {
     return slot_area_size(pool, &area) && at >= begin && at - begin < area;
 }
 
-// `chunk`, whose slot area holds `data`, with that slot's bit cleared; NULL
-// when `data` is inside a slot (reported) or the bit cannot be cleared.
-ipacl_mm_chunk *clear_slot(const ipacl_mm &pool, ipacl_mm_chunk *chunk, void *data, uint32_t *slot,
-                           char *err) {
-    const uintptr_t offset =
-        reinterpret_cast<uintptr_t>(data) - reinterpret_cast<uintptr_t>(chunk->data);
-    // A 32-bit division, much the cheaper, serves every area below 4 GiB.
-    const uintptr_t index = offset <= UINT32_MAX ? static_cast<uint32_t>(offset) / pool.slot_size
-                                                 : offset / pool.slot_size;
-    if (offset - index * pool.slot_size != 0) {
+// `chunk`, whose slot area holds `data` at slot *slot when `aligned`, with
+// that slot's bit cleared; NULL when `data` is inside a slot (reported) or
+// the bit cannot be cleared.
+ipacl_mm_chunk *clear_slot(const ipacl_mm &pool, ipacl_mm_chunk *chunk, void *data, bool aligned,
+                           uint32_t slot, char *err) {
+    if (!aligned) {
         if (err) sprintf(err, "data %p not aligned", data);
         return nullptr;
     }
-    *slot = static_cast<uint32_t>(index);
-    return ipacl_bm_clr(chunk->bitmap, pool.bm_size, *slot, err) == IPACL_OK ? chunk : nullptr;
+    return ipacl_bm_clr(chunk->bitmap, pool.bm_size, slot, err) == IPACL_OK ? chunk : nullptr;
+}
+
+uintptr_t offset_in(const ipacl_mm_chunk &chunk, const void *data) {
+    return reinterpret_cast<uintptr_t>(data) - reinterpret_cast<uintptr_t>(chunk.data);
 }
 
 // The slot to be zeroed starts on its way into the cache while the index is
-// searched; a prefetch never faults, whatever `data` turns out to be.
+// searched; a prefetch never faults, whatever `data` turns out to be.  Its
+// first and last lines: the lines between follow the zeroing's own stream.
 void prefetch_slot(const ipacl_mm &pool, const void *data) {
-    constexpr uint32_t kLine = 64;
-    constexpr uint32_t kMostLines = 8;
     const auto *bytes = static_cast<const char *>(data);
-    for (uint32_t at = 0; at < pool.slot_size && at < kLine * kMostLines; at += kLine)
-        __builtin_prefetch(bytes + at, 1);
+    __builtin_prefetch(bytes, 1);
+    if (pool.slot_size > 1) __builtin_prefetch(bytes + (pool.slot_size - 1), 1);
 }
 
 // The chunk whose slot `data` is, with that slot's bit already cleared; NULL
@@ -50,13 +48,19 @@ void prefetch_slot(const ipacl_mm &pool, const void *data) {
 // the index names it, or the walk meets it.
 ipacl_mm_chunk *owner(ipacl_mm &pool, void *data, uint32_t *slot, char *err) {
     const auto at = reinterpret_cast<uintptr_t>(data);
-    if (const PoolIndex *index = index_of(pool)) {
+    if (PoolIndex *index = index_of(pool)) {
         ipacl_mm_chunk *chunk = index_holding(*index, at);
-        return chunk ? clear_slot(pool, chunk, data, slot, err) : nullptr;
+        if (!chunk) return nullptr;
+        const bool aligned = index_slot_at(*index, offset_in(*chunk, data), slot);
+        return clear_slot(pool, chunk, data, aligned, *slot, err);
     }
     for (ipacl_mm_chunk *chunk = pool.first; chunk; chunk = chunk->next) {
         if (!holds(pool, *chunk, at)) continue;
-        if (ipacl_mm_chunk *owner = clear_slot(pool, chunk, data, slot, err)) return owner;
+        const uintptr_t offset = offset_in(*chunk, data);
+        *slot = static_cast<uint32_t>(offset / pool.slot_size);
+        const bool aligned = offset % pool.slot_size == 0;
+        if (ipacl_mm_chunk *owner = clear_slot(pool, chunk, data, aligned, *slot, err))
+            return owner;
     }
     return nullptr;
 }

@@ -18,8 +18,38 @@ ipacl_mm_chunk *chunk_of(Node *node, size_t offset) {
     return reinterpret_cast<ipacl_mm_chunk *>(reinterpret_cast<char *>(node) - offset);
 }
 
-size_t area_of(const PoolIndex &index) {
-    return static_cast<size_t>(index.count) * index.slot_size;  // fits: the chunks exist
+size_t area_of(const PoolIndex &index) { return index_area(index); }
+
+uint32_t floor_log2(size_t bytes) {
+    uint32_t shift = 0;
+    while (bytes >> (shift + 1)) ++shift;
+    return shift;
+}
+
+// A multiply and a shift instead of a division, for offsets below 4 GiB:
+// with m = ceil(2^64 / d), floor(n * m / 2^64) = floor(n / d) for every
+// 32-bit n and 1 < d < 2^32.  0 where the plain division must serve.
+uint64_t slot_magic_for(const PoolIndex &index) {
+#if defined(__SIZEOF_INT128__)
+    if (index.slot_size > 1 && area_of(index) - 1 <= UINT32_MAX)
+        return UINT64_MAX / index.slot_size + 1;
+#endif
+    (void)index;
+    return 0;
+}
+
+// The hints at the stretch starts within the slot area of `chunk` (one or
+// two: the area is at least one stretch long and less than two) set to
+// `to`, or, when `to` is NULL, cleared where they name `chunk`.
+void note(PoolIndex &index, ipacl_mm_chunk *chunk, ipacl_mm_chunk *to) {
+    const uintptr_t stretch = uintptr_t{1} << index.granule_shift;
+    const auto begin = reinterpret_cast<uintptr_t>(chunk->data);
+    const uintptr_t last = begin + (area_of(index) - 1);
+    for (uintptr_t g = (begin >> index.granule_shift) + ((begin & (stretch - 1)) != 0);
+         g <= last >> index.granule_shift; ++g) {
+        ipacl_mm_chunk *&hint = index_hint(index, g);
+        if (to || hint == chunk) hint = to;
+    }
 }
 
 void add(RankSet &set, TreeNode *node) {
@@ -60,7 +90,12 @@ void place(PoolIndex &index, ipacl_mm_chunk *chunk) {
 
 void index_begin(ipacl_mm &pool) {
     PoolIndex &index = record_of(pool.first).index;
-    index = PoolIndex{nullptr, {}, {}, nullptr, 0, pool.count, pool.slot_size, true};
+    index = PoolIndex{};
+    index.count = pool.count;
+    index.slot_size = pool.slot_size;
+    index.kept = true;
+    index.slot_magic = slot_magic_for(index);
+    index.granule_shift = area_of(index) ? floor_log2(area_of(index)) : 0;
     index_append(index, pool.first);
 }
 
@@ -78,17 +113,17 @@ void index_append(PoolIndex &index, ipacl_mm_chunk *chunk) {
     index.by_address = tree::insert(index.by_address, &record.by_address);
 }
 
-void index_update(ipacl_mm &pool, ipacl_mm_chunk *chunk) {
-    if (PoolIndex *index = index_of(pool)) place(*index, chunk);
-}
+void index_place(PoolIndex &index, ipacl_mm_chunk *chunk) { place(index, chunk); }
 
 void index_remove(PoolIndex &index, ipacl_mm_chunk *chunk) {
     if (!index.kept) return;
     ChunkRecord &record = record_of(chunk);
     keep_in(index.with_room, record.with_room, &record.has_room, false);
     keep_in(index.empty, record.empty, &record.is_empty, false);
-    if (area_of(index) != 0)
+    if (area_of(index) != 0) {
         index.by_address = tree::erase(index.by_address, record.by_address.key);
+        note(index, chunk, nullptr);
+    }
     if (chunk->next)
         record_of(chunk->next).prev = record.prev;
     else
@@ -99,18 +134,11 @@ void index_hand_over(const PoolIndex &index, ipacl_mm_chunk *chunk) {
     record_of(chunk).index = index;
 }
 
-ipacl_mm_chunk *index_first_with_room(const PoolIndex &index) {
-    return chunk_of(index.with_room.first, offsetof(ChunkRecord, with_room));
-}
-
-ipacl_mm_chunk *index_first_empty(const PoolIndex &index) {
-    return chunk_of(index.empty.first, offsetof(ChunkRecord, empty));
-}
-
-ipacl_mm_chunk *index_holding(const PoolIndex &index, uintptr_t at) {
+ipacl_mm_chunk *index_search(PoolIndex &index, uintptr_t at) {
     ipacl_mm_chunk *chunk =
         chunk_of(tree::at_or_before(index.by_address, at), offsetof(ChunkRecord, by_address));
     if (!chunk || at - reinterpret_cast<uintptr_t>(chunk->data) >= area_of(index)) return nullptr;
+    note(index, chunk, chunk);
     return chunk;
 }
 

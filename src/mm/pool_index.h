@@ -32,10 +32,22 @@ struct RankSet {
     TreeNode *rest;   // the others
 };
 
+// Recent answers of the address search, kept by stretches of
+// `1 << granule_shift` bytes, a stretch being no longer than a slot area: a
+// chunk found is noted at the start of each stretch its area covers (one or
+// two), so the chunk holding an address is the one noted at the start of
+// the address's stretch or at the start of the next.  Entries are hints
+// only, checked before use and cleared when their chunk leaves; in a pool
+// of a few dozen chunks they spare nearly every search.
+constexpr size_t kRecentCount = 128;
+
 struct PoolIndex {
     SearchNode *by_address;  // chunks with a slot area, keyed by its address
-    RankSet with_room;       // chunks with used < count
-    RankSet empty;           // chunks with used 0
+    ipacl_mm_chunk *recent[kRecentCount];
+    uint64_t slot_magic;  // 2^64 / slot_size rounded up, 0 where not used
+    uint32_t granule_shift;
+    RankSet with_room;  // chunks with used < count
+    RankSet empty;      // chunks with used 0
     ipacl_mm_chunk *last;
     uint64_t next_rank;
     uint32_t count;  // the pool's geometry when the index began
@@ -81,8 +93,19 @@ void index_begin(ipacl_mm &pool);
 // A chunk has just been linked after the last one.
 void index_append(PoolIndex &index, ipacl_mm_chunk *chunk);
 
-// To call after a chunk's `used` changed.
-void index_update(ipacl_mm &pool, ipacl_mm_chunk *chunk);
+// `chunk` moved into or out of the sets its `used` now says it belongs to.
+void index_place(PoolIndex &index, ipacl_mm_chunk *chunk);
+
+// To call after a chunk's `used` changed.  Inline: most changes move the
+// chunk into no other set, and that is seen without a call.
+inline void index_update(ipacl_mm &pool, ipacl_mm_chunk *chunk) {
+    PoolIndex *index = index_of(pool);
+    if (!index) return;
+    const ChunkRecord &record = *reinterpret_cast<const ChunkRecord *>(chunk);
+    if (record.has_room == (chunk->used < index->count) && record.is_empty == (chunk->used == 0))
+        return;
+    index_place(*index, chunk);
+}
 
 // A chunk just unlinked from the list leaves the index (nothing when the
 // index is given up).
@@ -91,10 +114,58 @@ void index_remove(PoolIndex &index, ipacl_mm_chunk *chunk);
 // The roots copied into the record of `chunk`, the new first chunk.
 void index_hand_over(const PoolIndex &index, ipacl_mm_chunk *chunk);
 
-// Lookups of a kept index; NULL when there is no such chunk.
-ipacl_mm_chunk *index_first_with_room(const PoolIndex &index);
-ipacl_mm_chunk *index_first_empty(const PoolIndex &index);
-ipacl_mm_chunk *index_holding(const PoolIndex &index, uintptr_t at);
+// Lookups of a kept index; NULL when there is no such chunk.  Inline, as
+// they are on the path of every allocation and free.
+inline ipacl_mm_chunk *index_first_with_room(const PoolIndex &index) {
+    return index.with_room.first ? reinterpret_cast<ipacl_mm_chunk *>(
+                                       reinterpret_cast<char *>(index.with_room.first) -
+                                       offsetof(ChunkRecord, with_room))
+                                 : nullptr;
+}
+
+inline ipacl_mm_chunk *index_first_empty(const PoolIndex &index) {
+    return index.empty.first
+               ? reinterpret_cast<ipacl_mm_chunk *>(reinterpret_cast<char *>(index.empty.first) -
+                                                    offsetof(ChunkRecord, empty))
+               : nullptr;
+}
+
+inline size_t index_area(const PoolIndex &index) {
+    return static_cast<size_t>(index.count) * index.slot_size;  // fits: the chunks exist
+}
+
+// The chunk holding `at` by the address tree, noted in the hints.
+ipacl_mm_chunk *index_search(PoolIndex &index, uintptr_t at);
+
+// The hint for the stretch `granule`.
+inline ipacl_mm_chunk *&index_hint(PoolIndex &index, uintptr_t granule) {
+    return index.recent[granule % kRecentCount];
+}
+
+inline ipacl_mm_chunk *index_holding(PoolIndex &index, uintptr_t at) {
+    const uintptr_t granule = at >> index.granule_shift;
+    for (uintptr_t g = granule; g <= granule + 1; ++g) {
+        ipacl_mm_chunk *hint = index_hint(index, g);
+        if (hint && at - reinterpret_cast<uintptr_t>(hint->data) < index_area(index)) return hint;
+    }
+    return index_search(index, at);
+}
+
+// The slot at `offset` into a slot area of the index's pool, in *slot;
+// false when `offset` is not on a slot boundary.
+inline bool index_slot_at(const PoolIndex &index, uintptr_t offset, uint32_t *slot) {
+    uintptr_t quotient = 0;
+#if defined(__SIZEOF_INT128__)
+    if (index.slot_magic)
+        quotient = static_cast<uintptr_t>(
+            (static_cast<unsigned __int128>(index.slot_magic) * offset) >> 64);
+    else
+#endif
+        quotient = offset / index.slot_size;
+    *slot = static_cast<uint32_t>(quotient);
+    return offset - quotient * index.slot_size == 0;
+}
+
 ipacl_mm_chunk *index_before(const ipacl_mm_chunk *chunk);
 
 }  // namespace ipacl::mm
