@@ -27,8 +27,11 @@ bool slot_area_size(const ipacl_mm &pool, size_t *bytes) {
 }
 
 ipacl_mm_chunk *append_chunk(ipacl_mm &pool, char *err) {
-    auto *record = static_cast<ChunkRecord *>(malloc(sizeof(ChunkRecord)));
+    const size_t hint_room = index_hint_room(pool);
+    auto *record =
+        static_cast<ChunkRecord *>(malloc(sizeof(ChunkRecord) + hint_room * sizeof(Hint)));
     if (!record) return refuse(err, "no mem for data");
+    record->hint_room = hint_room;
     ipacl_mm_chunk *chunk = &record->chunk;
     // From here on a failure abandons the half-made chunk instead of
     // unwinding it; the pool is unchanged either way.

@@ -39,17 +39,37 @@ uint64_t slot_magic_for(const PoolIndex &index) {
 }
 
 // The hints at the stretch starts within the slot area of `chunk` (one or
-// two: the area is at least one stretch long and less than two) set to
-// `to`, or, when `to` is NULL, cleared where they name `chunk`.
-void note(PoolIndex &index, ipacl_mm_chunk *chunk, ipacl_mm_chunk *to) {
+// two: the area is at least one stretch long and less than two) set to it,
+// or, when `keep` is false, cleared where they name it.
+void note(PoolIndex &index, ipacl_mm_chunk *chunk, bool keep) {
+    if (!index.hints) return;
     const uintptr_t stretch = uintptr_t{1} << index.granule_shift;
     const auto begin = reinterpret_cast<uintptr_t>(chunk->data);
     const uintptr_t last = begin + (area_of(index) - 1);
     for (uintptr_t g = (begin >> index.granule_shift) + ((begin & (stretch - 1)) != 0);
          g <= last >> index.granule_shift; ++g) {
-        ipacl_mm_chunk *&hint = index_hint(index, g);
-        if (to || hint == chunk) hint = to;
+        Hint &hint = index.hints[g & index.hint_mask];
+        if (keep)
+            hint = Hint{begin, chunk};
+        else if (hint.chunk == chunk)
+            hint = Hint{};
     }
+}
+
+// Hints per chunk of the pool a new table is sized for, and its bounds.
+constexpr size_t kHintsPerChunk = 4;
+constexpr size_t kFewestHints = 64;
+constexpr size_t kMostHints = size_t{1} << 20;
+
+// A table behind the record of `chunk`, just linked, taken up in place of
+// the one in use (if any) when it has room for more.
+void adopt_hints(PoolIndex &index, ipacl_mm_chunk *chunk) {
+    ChunkRecord &record = record_of(chunk);
+    if (record.hint_room <= (index.hints ? index.hint_mask + 1 : 0)) return;
+    index.hints = reinterpret_cast<Hint *>(&record + 1);
+    for (size_t i = 0; i < record.hint_room; ++i) index.hints[i] = Hint{};
+    index.hints_owner = chunk;
+    index.hint_mask = record.hint_room - 1;
 }
 
 void add(RankSet &set, TreeNode *node) {
@@ -107,10 +127,26 @@ void index_append(PoolIndex &index, ipacl_mm_chunk *chunk) {
     record.empty.key = index.next_rank++;
     record.has_room = false;
     record.is_empty = false;
+    ++index.chunks;
     place(index, chunk);
     if (area_of(index) == 0) return;
     record.by_address.key = reinterpret_cast<uintptr_t>(chunk->data);
     index.by_address = tree::insert(index.by_address, &record.by_address);
+    adopt_hints(index, chunk);
+}
+
+size_t index_hint_room(ipacl_mm &pool) {
+    size_t area = 0;
+    if (__builtin_mul_overflow(static_cast<size_t>(pool.count), pool.slot_size, &area) || !area)
+        return 0;
+    const PoolIndex *index = pool.first ? index_of(pool) : nullptr;
+    if (pool.first && !index) return 0;
+    const size_t chunks = (index ? index->chunks : 0) + 1;
+    const size_t entries = index && index->hints ? index->hint_mask + 1 : 0;
+    if (entries >= kMostHints || entries >= chunks * kHintsPerChunk) return 0;
+    size_t room = kFewestHints;
+    while (room < 2 * chunks * kHintsPerChunk && room < kMostHints) room *= 2;
+    return room;
 }
 
 void index_place(PoolIndex &index, ipacl_mm_chunk *chunk) { place(index, chunk); }
@@ -122,7 +158,13 @@ void index_remove(PoolIndex &index, ipacl_mm_chunk *chunk) {
     keep_in(index.empty, record.empty, &record.is_empty, false);
     if (area_of(index) != 0) {
         index.by_address = tree::erase(index.by_address, record.by_address.key);
-        note(index, chunk, nullptr);
+        note(index, chunk, false);
+    }
+    --index.chunks;
+    if (chunk == index.hints_owner) {
+        index.hints = nullptr;
+        index.hints_owner = nullptr;
+        index.hint_mask = 0;
     }
     if (chunk->next)
         record_of(chunk->next).prev = record.prev;
@@ -138,7 +180,7 @@ ipacl_mm_chunk *index_search(PoolIndex &index, uintptr_t at) {
     ipacl_mm_chunk *chunk =
         chunk_of(tree::at_or_before(index.by_address, at), offsetof(ChunkRecord, by_address));
     if (!chunk || at - reinterpret_cast<uintptr_t>(chunk->data) >= area_of(index)) return nullptr;
-    note(index, chunk, chunk);
+    note(index, chunk, true);
     return chunk;
 }
 

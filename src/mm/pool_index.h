@@ -37,14 +37,23 @@ struct RankSet {
 // chunk found is noted at the start of each stretch its area covers (one or
 // two), so the chunk holding an address is the one noted at the start of
 // the address's stretch or at the start of the next.  Entries are hints
-// only, checked before use and cleared when their chunk leaves; in a pool
-// of a few dozen chunks they spare nearly every search.
-constexpr size_t kRecentCount = 128;
+// only, checked against the slot area they copy before use and cleared
+// when their chunk leaves.  The table lives in the record of one chunk,
+// made with room for it, and is sized to the chunks when that chunk was
+// made: when the pool outgrows it, or that chunk goes, the next chunk made
+// brings a new one, and until then the search alone serves.
+struct Hint {
+    uintptr_t data;  // the chunk's slot area, so a wrong hint costs no visit
+    ipacl_mm_chunk *chunk;
+};
 
 struct PoolIndex {
-    SearchNode *by_address;  // chunks with a slot area, keyed by its address
-    ipacl_mm_chunk *recent[kRecentCount];
-    uint64_t slot_magic;  // 2^64 / slot_size rounded up, 0 where not used
+    SearchNode *by_address;       // chunks with a slot area, keyed by its address
+    Hint *hints;                  // NULL while there is no table
+    ipacl_mm_chunk *hints_owner;  // the chunk whose record holds the table
+    size_t hint_mask;             // entries - 1, a power of two less one
+    size_t chunks;                // in the index
+    uint64_t slot_magic;          // 2^64 / slot_size rounded up, 0 where not used
     uint32_t granule_shift;
     RankSet with_room;  // chunks with used < count
     RankSet empty;      // chunks with used 0
@@ -63,10 +72,15 @@ struct ChunkRecord {
     SearchNode by_address;
     TreeNode with_room;  // these two are keyed by the chunk's rank
     TreeNode empty;
-    bool has_room;    // in the `with_room` tree
-    bool is_empty;    // in the `empty` tree
-    PoolIndex index;  // the live roots while this chunk is the first
+    bool has_room;     // in the `with_room` tree
+    bool is_empty;     // in the `empty` tree
+    PoolIndex index;   // the live roots while this chunk is the first
+    size_t hint_room;  // entries of a hint table just behind the record, or 0
 };
+
+// Entries of hint table the record of a chunk about to be made should have
+// room for: 0 unless the pool has none or has outgrown it.
+size_t index_hint_room(ipacl_mm &pool);
 
 // Gives the index up for the rest of the pool's life.
 inline void index_give_up(PoolIndex &index) { index.kept = false; }
@@ -137,16 +151,13 @@ inline size_t index_area(const PoolIndex &index) {
 // The chunk holding `at` by the address tree, noted in the hints.
 ipacl_mm_chunk *index_search(PoolIndex &index, uintptr_t at);
 
-// The hint for the stretch `granule`.
-inline ipacl_mm_chunk *&index_hint(PoolIndex &index, uintptr_t granule) {
-    return index.recent[granule % kRecentCount];
-}
-
 inline ipacl_mm_chunk *index_holding(PoolIndex &index, uintptr_t at) {
-    const uintptr_t granule = at >> index.granule_shift;
-    for (uintptr_t g = granule; g <= granule + 1; ++g) {
-        ipacl_mm_chunk *hint = index_hint(index, g);
-        if (hint && at - reinterpret_cast<uintptr_t>(hint->data) < index_area(index)) return hint;
+    if (index.hints) {
+        const uintptr_t granule = at >> index.granule_shift;
+        for (uintptr_t g = granule; g <= granule + 1; ++g) {
+            const Hint &hint = index.hints[g & index.hint_mask];
+            if (hint.chunk && at - hint.data < index_area(index)) return hint.chunk;
+        }
     }
     return index_search(index, at);
 }
