@@ -1,5 +1,6 @@
 // The index of a pool's chunks answers without walking the chunk list:
-// which chunk holds an address (a tree of the chunks by slot-area address),
+// which chunk holds an address (a table of hints, then a tree of the chunks
+// by slot-area address),
 // which chunk comes first with room and which comes first empty (trees of
 // just those chunks, by rank: ranks grow as chunks are made, so they follow
 // the list), and which chunk comes before a given one or last (a link back).
@@ -65,7 +66,8 @@ struct PoolIndex {
 };
 
 // What the library allocates for a chunk: the public record first, so a
-// chunk pointer is a record pointer, then the room of the index.
+// chunk pointer is a record pointer, then the room of the index, then, in
+// a record made to hold one, a table of hints.
 struct ChunkRecord {
     ipacl_mm_chunk chunk;
     ipacl_mm_chunk *prev;  // the chunk before in the list, NULL for the first
