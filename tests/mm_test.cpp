@@ -154,6 +154,19 @@ TEST_F(Pool, DoubleFreeIsNotDetected) {
     pool->first->used = 4;  // repair the count so the fixture can empty it
 }
 
+// The pool goes by `used` as it stands, also when the caller has written it.
+TEST_F(Pool, UsedWrittenByTheCallerIsFollowed) {
+    for (int i = 0; i < 8; ++i) alloc();
+    ipacl_mm_chunk *c1 = pool->first;
+    EXPECT_EQ(release(c1->data), IPACL_OK);
+    c1->used = 4;  // full by its count, though slot 0 is free
+    uint8_t *p = alloc();
+    ASSERT_EQ(chunks(pool).size(), 3u);
+    EXPECT_EQ(p, c1->next->next->data);
+    c1->used = 3;
+    EXPECT_EQ(alloc(), c1->data);
+}
+
 TEST_F(Pool, BadFreesAreRefused) {
     int foreign = 0;
     EXPECT_EQ(ipacl_mm_free(pool, &foreign, err), IPACL_E_FAIL);  // empty pool

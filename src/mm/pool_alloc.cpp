@@ -6,11 +6,12 @@
 #include <ipacl/mm.h>
 
 #include "mm/pool_chunk.h"
+#include "mm/pool_index.h"
 
 namespace ipacl::mm {
 namespace {
 
-void *take_slot(const ipacl_mm &pool, ipacl_mm_chunk &chunk) {
+void *take_slot(ipacl_mm &pool, ipacl_mm_chunk &chunk) {
     uint32_t slot = 0;
     if (ipacl_bm_next_clr(chunk.bitmap, pool.bm_size, 0, &slot) != IPACL_OK) return nullptr;
     // The bitmap has room for a few bits beyond `count`.  They are only ever
@@ -21,7 +22,21 @@ void *take_slot(const ipacl_mm &pool, ipacl_mm_chunk &chunk) {
         return nullptr;
     }
     ++chunk.used;
+    index_update(pool, &chunk);
     return chunk.data + static_cast<size_t>(slot) * pool.slot_size;
+}
+
+ipacl_mm_chunk *first_with_room(ipacl_mm &pool) {
+    if (PoolIndex *index = index_of(pool)) {
+        ipacl_mm_chunk *chunk = index_first_with_room(*index);
+        // A `used` changed from outside would make the answer wrong; where
+        // that shows, the walk takes over.
+        if (!chunk || chunk->used < pool.count) return chunk;
+        index_give_up(*index);
+    }
+    for (ipacl_mm_chunk *chunk = pool.first; chunk; chunk = chunk->next)
+        if (chunk->used < pool.count) return chunk;
+    return nullptr;
 }
 
 }  // namespace
@@ -33,8 +48,7 @@ extern "C" void *ipacl_mm_alloc(ipacl_mm *pool, char *err) {
         return nullptr;
     }
     ipacl_str_zero(err);
-    for (ipacl_mm_chunk *chunk = pool->first; chunk; chunk = chunk->next)
-        if (chunk->used < pool->count) return ipacl::mm::take_slot(*pool, *chunk);
-    ipacl_mm_chunk *chunk = ipacl::mm::append_chunk(*pool, err);
+    ipacl_mm_chunk *chunk = ipacl::mm::first_with_room(*pool);
+    if (!chunk) chunk = ipacl::mm::append_chunk(*pool, err);
     return chunk ? ipacl::mm::take_slot(*pool, *chunk) : nullptr;
 }

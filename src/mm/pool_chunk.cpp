@@ -1,10 +1,12 @@
 // Chunks are made in three allocations (record, bitmap, slot area) and only
-// linked once all three succeeded, so a failure never changes the pool.
+// linked once all three succeeded, so a failure never changes the pool.  The
+// record's allocation brings the chunk's room in the index along.
 #include "mm/pool_chunk.h"
 
 #include <cstdio>
 #include <cstdlib>
 
+#include "mm/pool_index.h"
 #include "mm/zeroed_block.h"
 
 namespace ipacl::mm {
@@ -25,8 +27,12 @@ bool slot_area_size(const ipacl_mm &pool, size_t *bytes) {
 }
 
 ipacl_mm_chunk *append_chunk(ipacl_mm &pool, char *err) {
-    auto *chunk = static_cast<ipacl_mm_chunk *>(malloc(sizeof(ipacl_mm_chunk)));
-    if (!chunk) return refuse(err, "no mem for data");
+    const size_t hint_room = index_hint_room(pool);
+    auto *record =
+        static_cast<ChunkRecord *>(malloc(sizeof(ChunkRecord) + hint_room * sizeof(Hint)));
+    if (!record) return refuse(err, "no mem for data");
+    record->hint_room = hint_room;
+    ipacl_mm_chunk *chunk = &record->chunk;
     // From here on a failure abandons the half-made chunk instead of
     // unwinding it; the pool is unchanged either way.
     chunk->bitmap = zeroed(pool.bm_size);
@@ -37,9 +43,17 @@ ipacl_mm_chunk *append_chunk(ipacl_mm &pool, char *err) {
     chunk->used = 0;
     chunk->next = nullptr;
 
-    ipacl_mm_chunk **link = &pool.first;
-    while (*link) link = &(*link)->next;
-    *link = chunk;
+    if (!pool.first) {
+        pool.first = chunk;
+        index_begin(pool);
+    } else if (PoolIndex *index = index_of(pool)) {
+        index->last->next = chunk;
+        index_append(*index, chunk);
+    } else {
+        ipacl_mm_chunk *last = pool.first;
+        while (last->next) last = last->next;
+        last->next = chunk;
+    }
     return chunk;
 }
 

@@ -1,0 +1,184 @@
+// The index of a pool's chunks answers without walking the chunk list:
+// which chunk holds an address (a table of hints, then a tree of the chunks
+// by slot-area address),
+// which chunk comes first with room and which comes first empty (trees of
+// just those chunks, by rank: ranks grow as chunks are made, so they follow
+// the list), and which chunk comes before a given one or last (a link back).
+//
+// The index lives in the chunk records themselves: each record is allocated
+// with room for its tree nodes and for the roots, and the roots in use are
+// those in the record of the pool's first chunk, handed on when that chunk
+// goes.  So the index costs no allocation of its own and vanishes with the
+// pool's last chunk, and the public layouts stay as they are.
+//
+// The index was built for the pool's `count` and `slot_size`; should those
+// change under it, or a chunk's `used` be found changed from outside, it is
+// given up and the pool is served by walking the list until it is empty.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include <ipacl/mm.h>
+
+#include "mm/index_tree.h"
+
+namespace ipacl::mm {
+
+// Chunks keyed by rank, the first of them kept aside: in a pool in steady
+// use one chunk gains room and fills up again, and so comes and goes
+// without touching a tree.
+struct RankSet {
+    TreeNode *first;  // least rank, NULL when the set is empty
+    TreeNode *rest;   // the others
+};
+
+// Recent answers of the address search, kept by stretches of
+// `1 << granule_shift` bytes, a stretch being no longer than a slot area: a
+// chunk found is noted at the start of each stretch its area covers (one or
+// two), so the chunk holding an address is the one noted at the start of
+// the address's stretch or at the start of the next.  Entries are hints
+// only, checked against the slot area they copy before use and cleared
+// when their chunk leaves.  The table lives in the record of one chunk,
+// made with room for it, and is sized to the chunks when that chunk was
+// made: when the pool outgrows it, or that chunk goes, the next chunk made
+// brings a new one, and until then the search alone serves.
+struct Hint {
+    uintptr_t data;  // the chunk's slot area, so a wrong hint costs no visit
+    ipacl_mm_chunk *chunk;
+};
+
+struct PoolIndex {
+    SearchNode *by_address;       // chunks with a slot area, keyed by its address
+    Hint *hints;                  // NULL while there is no table
+    ipacl_mm_chunk *hints_owner;  // the chunk whose record holds the table
+    size_t hint_mask;             // entries - 1, a power of two less one
+    size_t chunks;                // in the index
+    uint64_t slot_magic;          // 2^64 / slot_size rounded up, 0 where not used
+    uint32_t granule_shift;
+    RankSet with_room;  // chunks with used < count
+    RankSet empty;      // chunks with used 0
+    ipacl_mm_chunk *last;
+    uint64_t next_rank;
+    uint32_t count;  // the pool's geometry when the index began
+    uint32_t slot_size;
+    bool kept;  // false: given up, the list walk serves the pool
+};
+
+// What the library allocates for a chunk: the public record first, so a
+// chunk pointer is a record pointer, then the room of the index, then, in
+// a record made to hold one, a table of hints.
+struct ChunkRecord {
+    ipacl_mm_chunk chunk;
+    ipacl_mm_chunk *prev;  // the chunk before in the list, NULL for the first
+    SearchNode by_address;
+    TreeNode with_room;  // these two are keyed by the chunk's rank
+    TreeNode empty;
+    bool has_room;     // in the `with_room` tree
+    bool is_empty;     // in the `empty` tree
+    PoolIndex index;   // the live roots while this chunk is the first
+    size_t hint_room;  // entries of a hint table just behind the record, or 0
+};
+
+// Entries of hint table the record of a chunk about to be made should have
+// room for: 0 unless the pool has none or has outgrown it.
+size_t index_hint_room(ipacl_mm &pool);
+
+// Gives the index up for the rest of the pool's life.
+inline void index_give_up(PoolIndex &index) { index.kept = false; }
+
+// The roots in the first chunk, kept or given up; NULL for an empty pool.
+// Inline: every allocation and free asks, more than once.
+inline PoolIndex *index_roots(ipacl_mm &pool) {
+    if (!pool.first) return nullptr;
+    PoolIndex &index = reinterpret_cast<ChunkRecord *>(pool.first)->index;
+    if (index.kept && (index.count != pool.count || index.slot_size != pool.slot_size))
+        index_give_up(index);
+    return &index;
+}
+
+// The roots when the index serves the pool; NULL when the walk must.
+inline PoolIndex *index_of(ipacl_mm &pool) {
+    PoolIndex *index = index_roots(pool);
+    return index && index->kept ? index : nullptr;
+}
+
+// A first chunk has just been linked into an empty pool: a new index.
+void index_begin(ipacl_mm &pool);
+
+// A chunk has just been linked after the last one.
+void index_append(PoolIndex &index, ipacl_mm_chunk *chunk);
+
+// `chunk` moved into or out of the sets its `used` now says it belongs to.
+void index_place(PoolIndex &index, ipacl_mm_chunk *chunk);
+
+// To call after a chunk's `used` changed.  Inline: most changes move the
+// chunk into no other set, and that is seen without a call.
+inline void index_update(ipacl_mm &pool, ipacl_mm_chunk *chunk) {
+    PoolIndex *index = index_of(pool);
+    if (!index) return;
+    const ChunkRecord &record = *reinterpret_cast<const ChunkRecord *>(chunk);
+    if (record.has_room == (chunk->used < index->count) && record.is_empty == (chunk->used == 0))
+        return;
+    index_place(*index, chunk);
+}
+
+// A chunk just unlinked from the list leaves the index (nothing when the
+// index is given up).
+void index_remove(PoolIndex &index, ipacl_mm_chunk *chunk);
+
+// The roots copied into the record of `chunk`, the new first chunk.
+void index_hand_over(const PoolIndex &index, ipacl_mm_chunk *chunk);
+
+// Lookups of a kept index; NULL when there is no such chunk.  Inline, as
+// they are on the path of every allocation and free.
+inline ipacl_mm_chunk *index_first_with_room(const PoolIndex &index) {
+    return index.with_room.first ? reinterpret_cast<ipacl_mm_chunk *>(
+                                       reinterpret_cast<char *>(index.with_room.first) -
+                                       offsetof(ChunkRecord, with_room))
+                                 : nullptr;
+}
+
+inline ipacl_mm_chunk *index_first_empty(const PoolIndex &index) {
+    return index.empty.first
+               ? reinterpret_cast<ipacl_mm_chunk *>(reinterpret_cast<char *>(index.empty.first) -
+                                                    offsetof(ChunkRecord, empty))
+               : nullptr;
+}
+
+inline size_t index_area(const PoolIndex &index) {
+    return static_cast<size_t>(index.count) * index.slot_size;  // fits: the chunks exist
+}
+
+// The chunk holding `at` by the address tree, noted in the hints.
+ipacl_mm_chunk *index_search(PoolIndex &index, uintptr_t at);
+
+inline ipacl_mm_chunk *index_holding(PoolIndex &index, uintptr_t at) {
+    if (index.hints) {
+        const uintptr_t granule = at >> index.granule_shift;
+        for (uintptr_t g = granule; g <= granule + 1; ++g) {
+            const Hint &hint = index.hints[g & index.hint_mask];
+            if (hint.chunk && at - hint.data < index_area(index)) return hint.chunk;
+        }
+    }
+    return index_search(index, at);
+}
+
+// The slot at `offset` into a slot area of the index's pool, in *slot;
+// false when `offset` is not on a slot boundary.
+inline bool index_slot_at(const PoolIndex &index, uintptr_t offset, uint32_t *slot) {
+    uintptr_t quotient = 0;
+#if defined(__SIZEOF_INT128__)
+    if (index.slot_magic)
+        quotient = static_cast<uintptr_t>(
+            (static_cast<unsigned __int128>(index.slot_magic) * offset) >> 64);
+    else
+#endif
+        quotient = offset / index.slot_size;
+    *slot = static_cast<uint32_t>(quotient);
+    return offset - quotient * index.slot_size == 0;
+}
+
+ipacl_mm_chunk *index_before(const ipacl_mm_chunk *chunk);
+
+}  // namespace ipacl::mm
