@@ -188,27 +188,43 @@ TEST(HostHostile, ForgedAnswersAreDroppedAndPushNothingOut) {
 
 // -------------------------------------------------------------- memory --
 
-TEST(HostHostile, MemoryFollowsBytesNotAnnouncements) {
-    EndpointDir dir;
-    int limited[2];
-    ASSERT_EQ(pipe(limited), 0);
-    pid_t manager = start_manager([&](uint32_t h) {
-        close(limited[0]);
-        // Room for the caps and little more: an allocation sized by what
-        // peers announce cannot fit.
-        long size_kb = host_test::proc_status_kb(getpid(), "VmSize");
-        rlimit as{rlim_t(size_kb) * 1024 + 2 * rlim_t(IPACL_HOST_MAX_BUFFERED),
-                  rlim_t(size_kb) * 1024 + 2 * rlim_t(IPACL_HOST_MAX_BUFFERED)};
+// An echo manager whose address space is limited to what it uses at start
+// plus `headroom` bytes (not under the sanitizers, which reserve more than
+// any limit).  `binds` says whether an allocation of `probe` bytes then
+// fails: under an emulator the limit binds the emulator, not this program.
+struct LimitedManager {
+    pid_t pid = -1;
+    bool binds = false;
+};
+
+LimitedManager start_limited_manager(rlim_t headroom, size_t probe) {
+    int ready[2];
+    if (pipe(ready) != 0) return {};
+    pid_t pid = start_manager([&](uint32_t h) {
+        close(ready[0]);
+        rlim_t size = rlim_t(host_test::proc_status_kb(getpid(), "VmSize")) * 1024;
+        rlimit as{size + headroom, size + headroom};
         if (!kSanitized && setrlimit(RLIMIT_AS, &as) != 0) return 30;
-        if (write(limited[1], "r", 1) != 1) return 31;
-        close(limited[1]);
+        void *block = probe ? malloc(probe) : nullptr;
+        free(block);
+        if (write(ready[1], block ? "n" : "r", 1) != 1) return 31;
+        close(ready[1]);
         return host_test::echo_manager(h, ~0u, 30000);
     });
-    close(limited[1]);
+    close(ready[1]);
+    char byte = 'n';
+    if (pid <= 0 || read(ready[0], &byte, 1) != 1) pid = -1;
+    close(ready[0]);
+    return {pid, byte == 'r'};
+}
+
+TEST(HostHostile, MemoryFollowsBytesNotAnnouncements) {
+    EndpointDir dir;
+    // Room for the caps and little more: an allocation sized by what peers
+    // announce cannot fit.
+    LimitedManager limited = start_limited_manager(2 * rlim_t(IPACL_HOST_MAX_BUFFERED), 0);
+    pid_t manager = limited.pid;
     ASSERT_GT(manager, 0);
-    char byte;
-    ASSERT_EQ(read(limited[0], &byte, 1), 1);
-    close(limited[0]);
     uint32_t client;
     ASSERT_EQ(ipacl_host_open(0, 0, &client), 0);
     ASSERT_EQ(echo_once(client, 1), 0u);  // connected before the attack
@@ -269,29 +285,14 @@ TEST(HostHostile, MemoryFollowsBytesNotAnnouncements) {
 TEST(HostHostile, RunningOutOfMemoryCostsOnlyThatConnection) {
     if (kSanitized) GTEST_SKIP() << "the sanitizers reserve more address space than any limit";
     EndpointDir dir;
-    int limited[2];
-    ASSERT_EQ(pipe(limited), 0);
-    pid_t manager = start_manager([&](uint32_t h) {
-        close(limited[0]);
-        // Too little address space left for the largest message.
-        rlim_t size = rlim_t(host_test::proc_status_kb(getpid(), "VmSize")) * 1024;
-        rlimit as{size + IPACL_HOST_MAX_PAYLOAD / 2, size + IPACL_HOST_MAX_PAYLOAD / 2};
-        if (setrlimit(RLIMIT_AS, &as) != 0) return 30;
-        // Under an emulator the limit binds the emulator, not this program.
-        void *probe = malloc(IPACL_HOST_MAX_PAYLOAD);
-        free(probe);
-        if (write(limited[1], probe ? "n" : "r", 1) != 1) return 31;
-        close(limited[1]);
-        return host_test::echo_manager(h, ~0u, 30000);
-    });
-    close(limited[1]);
+    // Too little address space left for the largest message.
+    LimitedManager limited =
+        start_limited_manager(IPACL_HOST_MAX_PAYLOAD / 2, IPACL_HOST_MAX_PAYLOAD);
+    pid_t manager = limited.pid;
     ASSERT_GT(manager, 0);
-    char byte;
-    ASSERT_EQ(read(limited[0], &byte, 1), 1);
-    close(limited[0]);
     uint32_t client;
     ASSERT_EQ(ipacl_host_open(0, 0, &client), 0);
-    if (byte == 'n') {
+    if (!limited.binds) {
         EXPECT_TRUE(host_test::stop_manager(client));
         EXPECT_EQ(wait_child(manager), 0);
         ipacl_host_close(client);
