@@ -8,64 +8,81 @@
 
 namespace {
 
-// Runs one text function and returns its text; the result goes to *ret.
-template <typename Fn, typename V>
-std::string text(Fn fn, V value, uint32_t *ret = nullptr) {
-    char buf[64];
-    memset(buf, 'X', sizeof buf);
-    uint32_t r = fn(value, buf);
-    if (ret) *ret = r;
-    return buf;
-}
+constexpr uint64_t kAnyRet = ~uint64_t{0};
+
+struct TextCase {
+    uint32_t (*fn)(uint32_t, char *);
+    uint32_t value;
+    const char *text;
+    uint64_t ret = kAnyRet;  // checked where it is not the character count
+};
+
+// Fallback forms differ per enumeration; protocol texts return the number
+// plus one; access-op names single operations only.
+const TextCase kTexts[] = {{ipacl_str_dir, 3, "in"},
+                           {ipacl_str_dir, 4, "out"},
+                           {ipacl_str_dir, 6, "6h[dir]"},
+                           {ipacl_str_dir, 0x10, "10h[dir]"},
+                           {ipacl_str_prof_type, 0xFFFFFFFF, "any-prof-type"},
+                           {ipacl_str_prof_type, 0xFFFFFFFE, "-2h[prof-type]"},
+                           {ipacl_str_prof_type, 0, "0h[prof-type]"},
+                           {ipacl_str_snmp_status, 0, "0h[rs]"},
+                           {ipacl_str_action, 0, "0h[action]"},
+                           {ipacl_str_addr_type, 0, "0h[addr-type]"},
+                           {ipacl_str_addr_type, 1, "ipV4"},
+                           {ipacl_str_quen_msg, 0xFFFFFFFF, "ffffffffh[quen]"},
+                           {ipacl_str_dalve_type, 9, "9h[dalve]"},
+                           {ipacl_str_tos, 3, "3"},
+                           {ipacl_str_tos, 0xFFFFFFFF, "any-tos"},
+                           {ipacl_str_prec, 8, "8"},
+                           {ipacl_str_icmp_type, 4, "4"},
+                           {ipacl_str_icmp_type, 0xFFFFFFFF, "any-icmp"},
+                           {ipacl_str_vni_event, 0, "created"},
+                           {ipacl_str_vni_event, 2, "2(vni-event)"},
+                           {ipacl_str_avm_event, 0, "0(avm-event)"},
+                           {ipacl_str_avm_event, 2, "removed"},
+                           {ipacl_str_sync_op, 3, "delete-all"},
+                           {ipacl_str_conf_op, 3, "clear"},
+                           {ipacl_str_conf_op, 4, "delete-all"},
+                           {ipacl_str_mem_type, 11, "sync intf"},
+                           {ipacl_str_ip_proto, 3, "3h[ip-proto]"},
+                           {ipacl_str_ipt_op, 3, "3h[ipt-op]"},
+                           {ipacl_str_access_type, 11, "access-mgmt", 11},
+                           {ipacl_str_kest_type, 0xABC, "abch[kest-type]", 15},
+                           {ipacl_str_access_op, 0x10, "10h[access-op]"},
+                           {ipacl_str_access_op, 0x80, "80h[access-op]"},
+                           {ipacl_str_access_op, 0x40000, "40000h[access-op]"},
+                           {ipacl_str_access_op, 0x3, "3h[access-op]"},
+                           {ipacl_str_access_op, 0x10000000, "delete list"},
+                           {ipacl_str_proto, 58, "icmp6", 59},
+                           {ipacl_str_proto, 0xFFFFFFFF, "ip", 0},
+                           {ipacl_str_proto, 2, "2", 1},
+                           {ipacl_str_proto, 41, "ipv6"},
+                           {ipacl_str_ipv6_proto, 0xFFFFFFFF, "ipv6"},
+                           {ipacl_str_ipv6_proto, 6, "tcp", 7},
+                           {ipacl_str_ipv6_proto, 300, "300", 3},
+                           {ipacl_str_port_num, 143, "http"},
+                           {ipacl_str_port_num, 80, "www"},
+                           {ipacl_str_port_num, 443, "443"},
+                           {ipacl_str_dst_port_num, 20, "dst_ftp-data"},
+                           {ipacl_str_dst_port_num, 5989, "dst_wbem-https"},
+                           {ipacl_str_dst_port_num, 443, "443"}};
 
 }  // namespace
 
-TEST(Enums, FallbackFormsDifferPerEnumeration) {
-    EXPECT_EQ(text(ipacl_str_dir, 3u), "in");
-    EXPECT_EQ(text(ipacl_str_dir, 4u), "out");
-    EXPECT_EQ(text(ipacl_str_dir, 6u), "6h[dir]");
-    EXPECT_EQ(text(ipacl_str_dir, 0x10u), "10h[dir]");
-    EXPECT_EQ(text(ipacl_str_prof_type, 0xFFFFFFFFu), "any-prof-type");
-    EXPECT_EQ(text(ipacl_str_prof_type, 0xFFFFFFFEu), "-2h[prof-type]");
-    EXPECT_EQ(text(ipacl_str_prof_type, 0u), "0h[prof-type]");
-    EXPECT_EQ(text(ipacl_str_snmp_status, 0u), "0h[rs]");
-    EXPECT_EQ(text(ipacl_str_action, 0u), "0h[action]");
-    EXPECT_EQ(text(ipacl_str_addr_type, 0u), "0h[addr-type]");
-    EXPECT_EQ(text(ipacl_str_quen_msg, 0xFFFFFFFFu), "ffffffffh[quen]");
-    EXPECT_EQ(text(ipacl_str_dalve_type, 9u), "9h[dalve]");
-    EXPECT_EQ(text(ipacl_str_tos, 3u), "3");
-    EXPECT_EQ(text(ipacl_str_tos, 0xFFFFFFFFu), "any-tos");
-    EXPECT_EQ(text(ipacl_str_prec, 8u), "8");
-    EXPECT_EQ(text(ipacl_str_icmp_type, 4u), "4");
-    EXPECT_EQ(text(ipacl_str_icmp_type, 0xFFFFFFFFu), "any-icmp");
-    EXPECT_EQ(text(ipacl_str_pm_phy_layer, uint8_t{7}), "7(phy-layer)");
-    EXPECT_EQ(text(ipacl_str_vni_event, 0u), "created");
-    EXPECT_EQ(text(ipacl_str_vni_event, 2u), "2(vni-event)");
-    EXPECT_EQ(text(ipacl_str_avm_event, 0u), "0(avm-event)");
-    EXPECT_EQ(text(ipacl_str_avm_event, 2u), "removed");
-    EXPECT_EQ(text(ipacl_str_sync_op, 3u), "delete-all");
-    EXPECT_EQ(text(ipacl_str_conf_op, 3u), "clear");
-    EXPECT_EQ(text(ipacl_str_conf_op, 4u), "delete-all");
-    EXPECT_EQ(text(ipacl_str_addr_type, 1u), "ipV4");
-    EXPECT_EQ(text(ipacl_str_mem_type, 11u), "sync intf");
-    EXPECT_EQ(text(ipacl_str_ip_proto, 3u), "3h[ip-proto]");
-    EXPECT_EQ(text(ipacl_str_ipt_op, 3u), "3h[ipt-op]");
-}
-
-TEST(Enums, ResultIsTheCharacterCount) {
-    uint32_t ret = 0;
-    EXPECT_EQ(text(ipacl_str_access_type, 11u, &ret), "access-mgmt");
-    EXPECT_EQ(ret, 11u);
-    EXPECT_EQ(text(ipacl_str_kest_type, 0xABCu, &ret), "abch[kest-type]");
-    EXPECT_EQ(ret, 15u);
-}
-
-TEST(Enums, AccessOpNamesSingleOperationsOnly) {
-    EXPECT_EQ(text(ipacl_str_access_op, 0x10u), "10h[access-op]");
-    EXPECT_EQ(text(ipacl_str_access_op, 0x80u), "80h[access-op]");
-    EXPECT_EQ(text(ipacl_str_access_op, 0x40000u), "40000h[access-op]");
-    EXPECT_EQ(text(ipacl_str_access_op, 0x3u), "3h[access-op]");
-    EXPECT_EQ(text(ipacl_str_access_op, 0x10000000u), "delete list");
+TEST(Enums, TextsFallbacksAndResults) {
+    for (const TextCase &c : kTexts) {
+        char buf[64];
+        memset(buf, 'X', sizeof buf);
+        const uint32_t ret = c.fn(c.value, buf);
+        EXPECT_STREQ(buf, c.text) << c.value;
+        if (c.ret != kAnyRet) {
+            EXPECT_EQ(ret, c.ret) << c.text;
+        }
+    }
+    char buf[64];
+    ipacl_str_pm_phy_layer(7, buf);
+    EXPECT_STREQ(buf, "7(phy-layer)");
 }
 
 TEST(Enums, ListTypeLeavesTheBufferForUnknownValues) {
@@ -76,43 +93,21 @@ TEST(Enums, ListTypeLeavesTheBufferForUnknownValues) {
     EXPECT_STREQ(buf, "waiting");
 }
 
-TEST(Enums, ProtocolTextsReturnTheNumberPlusOne) {
-    uint32_t ret = 0;
-    EXPECT_EQ(text(ipacl_str_proto, 58u, &ret), "icmp6");
-    EXPECT_EQ(ret, 59u);
-    EXPECT_EQ(text(ipacl_str_proto, 0xFFFFFFFFu, &ret), "ip");
-    EXPECT_EQ(ret, 0u);
-    EXPECT_EQ(text(ipacl_str_proto, 2u, &ret), "2");
-    EXPECT_EQ(ret, 1u);
-    EXPECT_EQ(text(ipacl_str_proto, 41u), "ipv6");
-    EXPECT_EQ(text(ipacl_str_ipv6_proto, 0xFFFFFFFFu), "ipv6");
-    EXPECT_EQ(text(ipacl_str_ipv6_proto, 6u, &ret), "tcp");
-    EXPECT_EQ(ret, 7u);
-    EXPECT_EQ(text(ipacl_str_ipv6_proto, 300u, &ret), "300");
-    EXPECT_EQ(ret, 3u);
-}
-
-TEST(Enums, PortNames) {
-    EXPECT_EQ(text(ipacl_str_port_num, 143u), "http");
-    EXPECT_EQ(text(ipacl_str_port_num, 80u), "www");
-    EXPECT_EQ(text(ipacl_str_port_num, 443u), "443");
-    EXPECT_EQ(text(ipacl_str_dst_port_num, 20u), "dst_ftp-data");
-    EXPECT_EQ(text(ipacl_str_dst_port_num, 5989u), "dst_wbem-https");
-    EXPECT_EQ(text(ipacl_str_dst_port_num, 443u), "443");
-}
-
 TEST(Enums, LogFlags) {
-    auto flags = [](uint8_t v) {
+    const struct {
+        uint8_t flags;
+        const char *text;
+    } cases[] = {{0x00, "none"},
+                 {0x08, ""},
+                 {0x20, ""},
+                 {0x11, "11h[log-flag]"},
+                 {0x80, "80h[log-flag]"},
+                 {0x03, "tcp-seq-no tcp-options "},
+                 {0x07, "tcp-seq-no tcp-options ip-options "},
+                 {0x0C, "ip-options "}};
+    for (const auto &c : cases) {
         char buf[64] = "junk";
-        ipacl_str_log_flag(v, buf);
-        return std::string(buf);
-    };
-    EXPECT_EQ(flags(0x00), "none");
-    EXPECT_EQ(flags(0x08), "");
-    EXPECT_EQ(flags(0x20), "");
-    EXPECT_EQ(flags(0x11), "11h[log-flag]");
-    EXPECT_EQ(flags(0x80), "80h[log-flag]");
-    EXPECT_EQ(flags(0x03), "tcp-seq-no tcp-options ");
-    EXPECT_EQ(flags(0x07), "tcp-seq-no tcp-options ip-options ");
-    EXPECT_EQ(flags(0x0C), "ip-options ");
+        ipacl_str_log_flag(c.flags, buf);
+        EXPECT_STREQ(buf, c.text) << int{c.flags};
+    }
 }

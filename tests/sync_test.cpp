@@ -90,54 +90,36 @@ TEST(SyncExt, RecordBuffersHaveAMinimum) {
 }
 
 TEST(Next, BindingKeys) {
-    ipacl_if_prof_key k{5, 1};
-    EXPECT_EQ(ipacl_next_if_prof(&k), IPACL_OK);
-    EXPECT_EQ(k.if_index, 5u);
-    EXPECT_EQ(k.direction, 2u);
-    EXPECT_EQ(ipacl_next_if_prof(&k), IPACL_OK);
-    EXPECT_EQ(k.if_index, 6u);
-    EXPECT_EQ(k.direction, 1u);
-    k = {5, 0};
-    EXPECT_EQ(ipacl_next_if_prof(&k), IPACL_OK);
-    EXPECT_EQ(k.if_index, 6u);
-    EXPECT_EQ(k.direction, 1u);
-    k = {0xFFFFFFFFu, 2};
-    EXPECT_EQ(ipacl_next_if_prof(&k), IPACL_E_FAIL);
-    EXPECT_EQ(k.if_index, 0xFFFFFFFFu);
-    EXPECT_EQ(k.direction, 2u);
+    const struct {
+        ipacl_if_prof_key from, to;
+        ipacl_rc rc;
+    } cases[] = {{{5, 1}, {5, 2}, IPACL_OK},
+                 {{5, 2}, {6, 1}, IPACL_OK},
+                 {{5, 0}, {6, 1}, IPACL_OK},
+                 {{0xFFFFFFFFu, 2}, {0xFFFFFFFFu, 2}, IPACL_E_FAIL}};
+    for (const auto &c : cases) {
+        ipacl_if_prof_key k = c.from;
+        EXPECT_EQ(ipacl_next_if_prof(&k), c.rc) << c.from.if_index << "/" << c.from.direction;
+        EXPECT_EQ(k.if_index, c.to.if_index);
+        EXPECT_EQ(k.direction, c.to.direction);
+    }
 }
 
 TEST(Next, NamesStepOneCharacterOrByValue) {
-    EXPECT_EQ(next_prof("abc"), "bbc");
-    EXPECT_EQ(next_prof("~bc"), "~cc");
-    EXPECT_EQ(next_prof("a"), "b");
-    EXPECT_EQ(next_prof("Z9"), "[9");
-    EXPECT_EQ(next_prof("\x1f"
-                        "a"),
-              " a");  // control characters rise to a blank
-    EXPECT_EQ(next_prof("\x7f"
-                        "a"),
-              "\x7f"
-              "b");
-    EXPECT_EQ(next_prof("\xff"
-                        "a"),
-              " a");  // 0xFF wraps to the first printable
-    EXPECT_EQ(next_prof("\x80\xfe"
-                        "a"),
-              "\x80\xfe"
-              "b");
-    EXPECT_EQ(next_prof("~~~"), "FAIL(~~~)");
-    EXPECT_EQ(next_prof("~\x7f\x90"), "FAIL(~\x7f\x90)");
-
-    EXPECT_EQ(next_prof("41"), "42");
-    EXPECT_EQ(next_prof("99"), "100");
-    EXPECT_EQ(next_prof("007"), "8");
-    EXPECT_EQ(next_prof("4294967294"), "4294967295");
-    EXPECT_EQ(next_prof("4294967295"), "FAIL(4294967295)");
-    EXPECT_EQ(next_prof("4294967296"), "1");  // the value wraps to 0 first
-    EXPECT_EQ(next_prof("1a"), "2a");
-    // The empty name reads as the number 0.
-    EXPECT_EQ(next_prof(""), "1");
+    // Control characters rise to a blank, 0xFF wraps to the first printable;
+    // all-digit names step by value (wrapping to 0 first past 32 bits), and
+    // the empty name reads as the number 0.
+    const char *const steps[] = {
+        "abc",        "bbc",        "~bc",        "~cc",        "a",
+        "b",          "Z9",         "[9",         "\037a",      " a",
+        "\177a",      "\177b",      "\377a",      " a",         "\200\376a",
+        "\200\376b",  "~~~",        "FAIL(~~~)",  "~\177\220",  "FAIL(~\177\220)",
+        "41",         "42",         "99",         "100",        "007",
+        "8",          "4294967294", "4294967295", "4294967295", "FAIL(4294967295)",
+        "4294967296", "1",          "1a",         "2a",         "",
+        "1"};
+    for (size_t i = 0; i < std::size(steps); i += 2)
+        EXPECT_EQ(next_prof(steps[i]), steps[i + 1]) << steps[i];
 
     ipacl_prof_key unterminated;
     memset(unterminated.name, 'a', sizeof unterminated.name);

@@ -168,9 +168,13 @@ TEST_F(WrapQuen, RequestCarriesTheTextsAndUnpacksTheAnswer) {
     EXPECT_EQ(memcmp(rsp.payload, "\x07\x08\x09", 3), 0);
 }
 
-TEST_F(WrapQuen, RequestTexts) {
+TEST_F(WrapQuen, RequestTextsStayInsideTheEnvelope) {
+    // A first text beyond its field runs on into the second field when there
+    // is no second text, but never past the envelope; the payload follows.
     ipacl_vel_msg rsp;
-    const std::string longest1(39, 'x'), longest2(59, 'y');
+    uint8_t data[] = {1, 2};
+    const std::string longest1(39, 'x'), longest2(59, 'y'), overlong(45, 'a'), huge(500, 'b');
+    Bytes run_on = text_field(overlong.c_str(), 100);
     struct Case {
         const char *text1, *text2;
         Bytes field1, field2;
@@ -180,41 +184,20 @@ TEST_F(WrapQuen, RequestTexts) {
         {nullptr, "only-two", Bytes(40, 0), text_field("only-two", 60)},
         {longest1.c_str(), longest2.c_str(), text_field(longest1.c_str(), 40),
          text_field(longest2.c_str(), 60)},
+        {overlong.c_str(), nullptr, slice(run_on, 0, 40), slice(run_on, 40, 60)},
+        {huge.c_str(), huge.c_str(), Bytes(40, 'b'), Bytes(60, 'b')},
     };
     for (const Case &c : cases) {
         ipacl_double::reset();
         platform().answers.push_back(answer(0, 0, 0, 0, {}));
-        ipacl_quen_desc req = request(1, nullptr, 0, c.text1, c.text2);
+        ipacl_quen_desc req = request(1, data, 2, c.text1, c.text2);
         ASSERT_EQ(ipacl_wrap_quen_req_rsp(1, &req, &rsp, nullptr), 0u);
         const Bytes &sent = platform().sends.at(0).payload;
-        ASSERT_EQ(sent.size(), 112u);
+        ASSERT_EQ(sent.size(), 114u);
         EXPECT_EQ(slice(sent, 12, 40), c.field1);
         EXPECT_EQ(slice(sent, 52, 60), c.field2);
+        EXPECT_EQ(slice(sent, 112, 2), (Bytes{1, 2}));
     }
-}
-
-TEST_F(WrapQuen, OverlongTextRunsOnButStaysInsideTheEnvelope) {
-    // A first text beyond its field runs on into the second field when there
-    // is no second text, but never past the envelope.
-    const std::string overlong(45, 'a'), huge(500, 'b');
-    ipacl_vel_msg rsp;
-    platform().answers.push_back(answer(0, 0, 0, 0, {}));
-    ipacl_quen_desc req = request(1, nullptr, 0, overlong.c_str(), nullptr);
-    ASSERT_EQ(ipacl_wrap_quen_req_rsp(1, &req, &rsp, nullptr), 0u);
-    Bytes expected(100, 0);
-    memset(expected.data(), 'a', 45);
-    EXPECT_EQ(slice(platform().sends.at(0).payload, 12, 100), expected);
-
-    ipacl_double::reset();
-    platform().answers.push_back(answer(0, 0, 0, 0, {}));
-    uint8_t data[] = {1, 2};
-    req = request(1, data, 2, huge.c_str(), huge.c_str());
-    ASSERT_EQ(ipacl_wrap_quen_req_rsp(1, &req, &rsp, nullptr), 0u);
-    const Bytes &sent = platform().sends.at(0).payload;
-    ASSERT_EQ(sent.size(), 114u);
-    EXPECT_EQ(slice(sent, 12, 100), Bytes(100, 'b'));
-    // The payload is copied after the texts.
-    EXPECT_EQ(slice(sent, 112, 2), (Bytes{1, 2}));
 }
 
 TEST_F(WrapQuen, AnswersThatDisagreeWithTheirLength) {
