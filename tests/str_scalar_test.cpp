@@ -194,8 +194,6 @@ TEST_F(StrScalar, ClockTexts) {
 }
 
 TEST_F(StrScalar, DateWithoutNewline) {
-    const char *old_tz = getenv("TZ");
-    std::string saved = old_tz ? old_tz : "";
     setenv("TZ", "UTC", 1);
     tzset();
     char buf[IPACL_STR_SIZE];
@@ -205,11 +203,6 @@ TEST_F(StrScalar, DateWithoutNewline) {
     time_t later = 1700000000;
     ipacl_str_date(&later, buf);
     EXPECT_STREQ(buf, "Tue Nov 14 22:13:20 2023");
-    if (old_tz)
-        setenv("TZ", saved.c_str(), 1);
-    else
-        unsetenv("TZ");
-    tzset();
 }
 
 TEST_F(StrScalar, PadOrCutToWidth) {
