@@ -1,5 +1,5 @@
-// The chunked memory pool: where allocations land, when chunks go, what a
-// bad free reports, allocation failures, the sizes table and the displays.
+// The chunked memory pool: a caller-written count, NULL pools, the sizes
+// table and the displays.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -12,28 +12,7 @@
 
 #include "platform_double.h"
 
-#if defined(__SANITIZE_ADDRESS__)
-#include <sanitizer/lsan_interface.h>
-#endif
-
 namespace {
-
-// A failed chunk is abandoned half-made on purpose; keep the leak checker
-// from reporting those blocks.
-struct LeaksExpected {
-#if defined(__SANITIZE_ADDRESS__)
-    LeaksExpected() { __lsan_disable(); }
-    ~LeaksExpected() { __lsan_enable(); }
-#else
-    LeaksExpected() {}
-#endif
-};
-
-std::string format_ptr(const char *format, const void *a, const void *b = nullptr) {
-    char text[128];
-    snprintf(text, sizeof text, format, a, b);
-    return text;
-}
 
 std::string hex_addr(const void *p) {
     char text[16];
@@ -45,13 +24,6 @@ std::vector<ipacl_mm_chunk *> chunks(const ipacl_mm *pool) {
     std::vector<ipacl_mm_chunk *> list;
     for (ipacl_mm_chunk *c = pool->first; c; c = c->next) list.push_back(c);
     return list;
-}
-
-bool all_zero(const void *p, size_t n) {
-    const auto *b = static_cast<const uint8_t *>(p);
-    for (size_t i = 0; i < n; ++i)
-        if (b[i]) return false;
-    return true;
 }
 
 // A pool of 4 slots of 16 bytes per chunk, emptied and freed at the end.
@@ -82,78 +54,6 @@ class Pool : public testing::Test {
 
 }  // namespace
 
-TEST_F(Pool, FirstFitAndAppendedChunks) {
-    EXPECT_EQ(pool->bm_size, 1u);
-
-    strcpy(err, "stale");
-    uint8_t *a = alloc();
-    ASSERT_NE(a, nullptr);
-    EXPECT_STREQ(err, "");
-    ASSERT_EQ(chunks(pool).size(), 1u);
-    ipacl_mm_chunk *c1 = pool->first;
-    EXPECT_EQ(a, c1->data);
-
-    uint8_t *slots[4] = {a, alloc(), alloc(), alloc()};
-    for (int i = 0; i < 4; ++i) EXPECT_EQ(slots[i], c1->data + 16 * i);
-    EXPECT_EQ(c1->used, 4u);
-    EXPECT_EQ(c1->bitmap[0], 0x0F);
-
-    uint8_t *e = alloc();  // every chunk full: a chunk is appended
-    ASSERT_EQ(chunks(pool).size(), 2u);
-    ipacl_mm_chunk *c2 = c1->next;
-    EXPECT_EQ(e, c2->data);
-    EXPECT_EQ(ipacl_mm_count(pool), 5u);
-
-    // A freed slot of the first chunk is taken again before the second's.
-    memset(slots[2], 0x5A, 16);
-    EXPECT_EQ(release(slots[2]), IPACL_OK);
-    EXPECT_EQ(c1->bitmap[0], 0x0B);
-    EXPECT_TRUE(all_zero(slots[2], 16));
-    EXPECT_EQ(alloc(), slots[2]);
-    EXPECT_EQ(alloc(), c2->data + 16);
-    EXPECT_EQ(c2->used, 2u);
-    EXPECT_EQ(ipacl_mm_count(pool), 6u);
-}
-
-TEST_F(Pool, EmptiedChunksAreReleased) {
-    std::vector<uint8_t *> s;
-    for (int i = 0; i < 9; ++i) s.push_back(alloc());  // chunks of 4, 4, 1
-    std::vector<ipacl_mm_chunk *> before = chunks(pool);
-    ASSERT_EQ(before.size(), 3u);
-
-    // Emptying the first chunk releases it at once; the next one leads.
-    for (int i = 0; i < 3; ++i) EXPECT_EQ(release(s[i]), IPACL_OK);
-    EXPECT_EQ(pool->first, before[0]);
-    EXPECT_EQ(release(s[3]), IPACL_OK);
-    EXPECT_EQ(pool->first, before[1]);
-    EXPECT_EQ(chunks(pool).size(), 2u);
-
-    // An emptied chunk further on goes in the same call.
-    EXPECT_EQ(release(s[8]), IPACL_OK);
-    EXPECT_EQ(chunks(pool), (std::vector<ipacl_mm_chunk *>{before[1]}));
-}
-
-TEST_F(Pool, DoubleFreeIsNotDetected) {
-    uint8_t *a = alloc();
-    alloc();
-    alloc();
-    EXPECT_EQ(ipacl_mm_free(pool, a, err), IPACL_OK);
-    EXPECT_EQ(ipacl_mm_free(pool, a, err), IPACL_OK);
-    EXPECT_EQ(pool->first->used, 1u);
-    EXPECT_EQ(ipacl_mm_count(pool), 1u);
-    std::erase(live, a);
-
-    // With `used` undercounting, the pool never hands out memory past the
-    // slot area of a chunk whose slots are all taken.
-    live.push_back(alloc());  // slot 0 again
-    live.push_back(alloc());  // slot 3
-    EXPECT_EQ(pool->first->bitmap[0], 0x0F);
-    EXPECT_EQ(pool->first->used, 3u);
-    EXPECT_EQ(ipacl_mm_alloc(pool, err), nullptr);
-    EXPECT_EQ(pool->first->bitmap[0], 0x0F);
-    pool->first->used = 4;  // repair the count so the fixture can empty it
-}
-
 // The pool goes by `used` as it stands, also when the caller has written it.
 TEST_F(Pool, UsedWrittenByTheCallerIsFollowed) {
     for (int i = 0; i < 8; ++i) alloc();
@@ -167,76 +67,25 @@ TEST_F(Pool, UsedWrittenByTheCallerIsFollowed) {
     EXPECT_EQ(alloc(), c1->data);
 }
 
-TEST_F(Pool, BadFreesAreRefused) {
-    int foreign = 0;
-    EXPECT_EQ(ipacl_mm_free(pool, &foreign, err), IPACL_E_FAIL);  // empty pool
-    EXPECT_STREQ(err, "");
-
-    uint8_t *a = alloc();
-    uint8_t *b = alloc();
-    strcpy(err, "stale");
-    EXPECT_EQ(ipacl_mm_free(pool, &foreign, err), IPACL_E_FAIL);
-    EXPECT_STREQ(err, "");
-    EXPECT_EQ(ipacl_mm_free(pool, a + 64, err), IPACL_E_FAIL);  // just past the area
-    EXPECT_STREQ(err, "");
-
-    EXPECT_EQ(ipacl_mm_free(pool, b + 3, err), IPACL_E_FAIL);
-    EXPECT_EQ(err, format_ptr("data %p not aligned", b + 3));
-    EXPECT_EQ(ipacl_mm_count(pool), 2u);
-
-    EXPECT_EQ(ipacl_mm_free(nullptr, a, err), IPACL_E_BAD_ARG);
-    EXPECT_EQ(err, format_ptr("bad mem desc %p data %p", nullptr, a));
-    EXPECT_EQ(ipacl_mm_free(pool, nullptr, err), IPACL_E_BAD_ARG);
-    EXPECT_EQ(err, format_ptr("bad mem desc %p data %p", pool, nullptr));
-
+// Walked step by step against a model elsewhere; what the model leaves out:
+// a NULL pool on allocation and count, and a descriptor that cannot be made.
+TEST_F(Pool, NullPoolAndFailedDescriptor) {
     EXPECT_EQ(ipacl_mm_alloc(nullptr, err), nullptr);
     EXPECT_STREQ(err, "null mem desc");
     EXPECT_EQ(ipacl_mm_count(nullptr), 0u);
-}
-
-TEST_F(Pool, FailedChunkLeavesThePoolUnchanged) {
-    struct Case {
-        uint32_t failing_malloc;
-        const char *text;
-    };
-    const Case cases[] = {
-        {1, "no mem for data"}, {2, "no mem for bitmap"}, {3, "no mem for mem chunk"}};
-    for (const Case &c : cases) {
-        LeaksExpected leaks;
-        ipacl_double::fail_malloc_after(c.failing_malloc);
-        EXPECT_EQ(ipacl_mm_alloc(pool, err), nullptr);
-        EXPECT_STREQ(err, c.text);
-        EXPECT_EQ(pool->first, nullptr);
-    }
-    for (int i = 0; i < 4; ++i) alloc();
-    ipacl_mm_chunk *full = pool->first;
-    {
-        LeaksExpected leaks;
-        ipacl_double::fail_malloc_after(3);
-        EXPECT_EQ(ipacl_mm_alloc(pool, err), nullptr);
-        EXPECT_STREQ(err, "no mem for mem chunk");
-    }
-    EXPECT_EQ(chunks(pool), (std::vector<ipacl_mm_chunk *>{full}));
-    EXPECT_EQ(ipacl_mm_count(pool), 4u);
-    // A chunk with room needs no allocation at all.
-    release(full->data);
-    ipacl_double::fail_malloc_after(1);
-    EXPECT_NE(alloc(), nullptr);
-    ipacl_double::fail_malloc_after(0);
-
     ipacl_double::fail_malloc_after(1);
     EXPECT_EQ(ipacl_mm_new(4, 16), nullptr);
+    ipacl_double::fail_malloc_after(0);
 }
 
-TEST(MemSizes, TableByMemoryType) {
-    const uint32_t record[] = {1204, 40, 160, 290, 100, 104, 258, 84, 88, 92, 246, 276};
-    for (uint32_t t = 0; t < 12; ++t) {
-        EXPECT_EQ(ipacl_sizeof_mem(t), record[t]) << t;
-        EXPECT_EQ(ipacl_sizeof_mem_chunk(t), t < 4 ? 32u : 4u) << t;
+// The table itself is data; what can go wrong is its edge.
+TEST(MemSizes, LastTypeHasASizeAndNoneAfterIt) {
+    EXPECT_EQ(ipacl_sizeof_mem(IPACL_MEM_TYPE_SYNC_INTF), 276u);
+    EXPECT_EQ(ipacl_sizeof_mem_chunk(IPACL_MEM_TYPE_SYNC_INTF), 4u);
+    for (uint32_t t : {IPACL_MEM_TYPE_SYNC_INTF + 1u, 0xFFFFFFFFu}) {
+        EXPECT_EQ(ipacl_sizeof_mem(t), 0u) << t;
+        EXPECT_EQ(ipacl_sizeof_mem_chunk(t), 0u) << t;
     }
-    EXPECT_EQ(ipacl_sizeof_mem(12), 0u);
-    EXPECT_EQ(ipacl_sizeof_mem_chunk(12), 0u);
-    EXPECT_EQ(ipacl_sizeof_mem(0xFFFFFFFFu), 0u);
 }
 
 TEST(MemShow, PoolDisplay) {

@@ -144,17 +144,6 @@ TEST_F(ShowIpt, EntryMarksInversionsAndWildcards) {
         std::string::npos);
 }
 
-TEST_F(ShowIpt, MatchBlocks) {
-    const ipacl_match tcp = match(IPACL_MATCH_TCP), udp = match(IPACL_MATCH_UDP),
-                      icmp = match(IPACL_MATCH_ICMP), tos = match(IPACL_MATCH_TOS),
-                      log = match(IPACL_MATCH_LOG);
-    EXPECT_EQ(output_of([&] { ipacl_show_ipt_tcp(&tcp.info.tcp); }), kTcpBlock);
-    EXPECT_EQ(output_of([&] { ipacl_show_ipt_udp(&udp.info.udp); }), kUdpBlock);
-    EXPECT_EQ(output_of([&] { ipacl_show_ipt_icmp(&icmp.info.icmp); }), kIcmpBlock);
-    EXPECT_EQ(output_of([&] { ipacl_show_ipt_tos(&tos.info.tos); }), kTosBlock);
-    EXPECT_EQ(output_of([&] { ipacl_show_ipt_log(&log.info.log); }), kLogBlock);
-}
-
 TEST_F(ShowIpt, TcpFlagsInFixedOrder) {
     EXPECT_EQ(output_of([] { ipacl_show_tcp_flags("X ", 0x12, 0); }), "X ACK SYN \n");
     EXPECT_EQ(output_of([] { ipacl_show_tcp_flags("", 0xFF, 2); }),
