@@ -45,6 +45,13 @@ void make_ipv4_any(ipacl_filter &f) {
     f.src_wildcard = f.dst_wildcard = IPACL_MASK_ANY;
 }
 
+// An IPv4 filter from TEXT/LENGTH to any (the wildcard its inverse).
+void ipv4_source(ipacl_filter &f, const char *text, uint32_t length) {
+    make_ipv4_any(f);
+    set_prefix(f.src_addr, IPACL_ADDR_TYPE_IPV4, text, length);
+    f.src_wildcard = 0xFFFFFFFFu >> length;
+}
+
 struct record_case {
     const char *command;
     ipacl_filter filter;
@@ -74,18 +81,14 @@ TEST(FilterLanguage, CommandsGiveTheirRecords) {
         {"deny ip 10.1.0.0 0.0.255.255 host 192.168.1.1",
          expected(deny, IPACL_PROTO_ANY,
                   [](ipacl_filter &f) {
-                      make_ipv4_any(f);
-                      set_prefix(f.src_addr, IPACL_ADDR_TYPE_IPV4, "10.1.0.0", 16);
-                      f.src_wildcard = 0x0000FFFF;
+                      ipv4_source(f, "10.1.0.0", 16);
                       set_prefix(f.dst_addr, IPACL_ADDR_TYPE_IPV4, "192.168.1.1", 32);
                       f.dst_wildcard = 0;
                   })},
         {"permit udp 10.0.0.0/8 range 1000 2000 any eq dns",
          expected(permit, IPACL_PROTO_UDP,
                   [](ipacl_filter &f) {
-                      make_ipv4_any(f);
-                      set_prefix(f.src_addr, IPACL_ADDR_TYPE_IPV4, "10.0.0.0", 8);
-                      f.src_wildcard = 0x00FFFFFF;
+                      ipv4_source(f, "10.0.0.0", 8);
                       f.src_port_op = IPACL_PORT_OP_RANGE;
                       f.src_port_low = 1000;
                       f.src_port_high = 2000;
@@ -106,28 +109,22 @@ TEST(FilterLanguage, CommandsGiveTheirRecords) {
                                                     f.src_port_op = IPACL_PORT_OP_NEQ;
                                                     f.src_port_low = f.src_port_high = 22;
                                                 })},
-        {"permit icmp 10.0.0.0/8 any echo 3 log-deny fragments",
-         expected(permit, IPACL_PROTO_ICMP,
-                  [](ipacl_filter &f) {
-                      make_ipv4_any(f);
-                      set_prefix(f.src_addr, IPACL_ADDR_TYPE_IPV4, "10.0.0.0", 8);
-                      f.src_wildcard = 0x00FFFFFF;
-                      f.icmp_type = 8;
-                      f.icmp_code = 3;
-                      f.log_deny = 1;
-                      f.fragments = 1;
-                  })},
+        {"permit icmp 10.0.0.0/8 any echo 3 log-deny fragments", expected(permit, IPACL_PROTO_ICMP,
+                                                                          [](ipacl_filter &f) {
+                                                                              ipv4_source(
+                                                                                  f, "10.0.0.0", 8);
+                                                                              f.icmp_type = 8;
+                                                                              f.icmp_code = 3;
+                                                                              f.log_deny = 1;
+                                                                              f.fragments = 1;
+                                                                          })},
         // "ip" is the any protocol of IPv4 filters, "ipv6" that of IPv6
         // filters and protocol 41 in IPv4 ones.
         {"permit ip any any", expected(permit, IPACL_PROTO_ANY, make_ipv4_any)},
         {"permit ipv6 any any", expected(permit, IPACL_IPV6_PROTO_ANY, [](ipacl_filter &) {})},
-        {"permit ipv6 10.0.0.0/8 any", expected(permit, IPACL_PROTO_IPV6,
-                                                [](ipacl_filter &f) {
-                                                    make_ipv4_any(f);
-                                                    set_prefix(f.src_addr, IPACL_ADDR_TYPE_IPV4,
-                                                               "10.0.0.0", 8);
-                                                    f.src_wildcard = 0x00FFFFFF;
-                                                })},
+        {"permit ipv6 10.0.0.0/8 any",
+         expected(permit, IPACL_PROTO_IPV6,
+                  [](ipacl_filter &f) { ipv4_source(f, "10.0.0.0", 8); })},
         {"permit tcp any any", expected(permit, IPACL_PROTO_TCP, make_ipv4_any),
          with_family(family_choice::ipv4)},
         {"permit 0 any any", expected(permit, 0, make_ipv4_any)},
@@ -145,13 +142,11 @@ TEST(FilterLanguage, CommandsGiveTheirRecords) {
                                                                     })},
         // A wildcard that is not one run of ones keeps the length up to its
         // first gap; the checks refuse the wildcard itself.
-        {"permit ip 10.0.0.0 0.255.0.255 any",
-         expected(permit, IPACL_PROTO_ANY,
-                  [](ipacl_filter &f) {
-                      make_ipv4_any(f);
-                      set_prefix(f.src_addr, IPACL_ADDR_TYPE_IPV4, "10.0.0.0", 8);
-                      f.src_wildcard = 0x00FF00FF;
-                  })},
+        {"permit ip 10.0.0.0 0.255.0.255 any", expected(permit, IPACL_PROTO_ANY,
+                                                        [](ipacl_filter &f) {
+                                                            ipv4_source(f, "10.0.0.0", 8);
+                                                            f.src_wildcard = 0x00FF00FF;
+                                                        })},
         {"\tdeny  udp host 2001:db8::1\n any ",
          expected(
              deny, IPACL_PROTO_UDP,
