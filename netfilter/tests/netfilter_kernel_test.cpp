@@ -49,23 +49,25 @@ std::string saved_table(const std::string &also = "") {
     return run("iptables-legacy-save -c -t filter | grep -v '^#'" + also);
 }
 
-// A UDP socket bound to 127.0.0.1:port.
-int udp_listener(uint16_t port) {
-    int fd = socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK, 0);
+sockaddr_in loopback(uint16_t port) {
     sockaddr_in at{};
     at.sin_family = AF_INET;
     at.sin_port = htons(port);
     at.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return at;
+}
+
+// A UDP socket bound to 127.0.0.1:port.
+int udp_listener(uint16_t port) {
+    int fd = socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK, 0);
+    sockaddr_in at = loopback(port);
     EXPECT_EQ(bind(fd, reinterpret_cast<sockaddr *>(&at), sizeof at), 0);
     return fd;
 }
 
 void send_udp(uint16_t port, int count) {
     int fd = socket(AF_INET, SOCK_DGRAM, 0);
-    sockaddr_in to{};
-    to.sin_family = AF_INET;
-    to.sin_port = htons(port);
-    to.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in to = loopback(port);
     for (int i = 0; i < count; ++i)
         sendto(fd, "ipacl", 5, 0, reinterpret_cast<sockaddr *>(&to), sizeof to);
     close(fd);
