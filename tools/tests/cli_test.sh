@@ -3,18 +3,9 @@
 # command.  Usage: cli_test.sh PATH/TO/ipacl  (IPACL_RUN may name an emulator
 # to run it under, as in the i386 build.)
 set -u
-tool=$1
-run=${IPACL_RUN:-}
-failures=0
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+. "$(dirname "$0")/run_tool.sh"
 
 ipacl() { $run "$tool" "$@"; }
-
-fail() {
-  echo "FAIL: $*" >&2
-  failures=$((failures + 1))
-}
 
 # expect STATUS "EXPECTED STDOUT (exact)" -- ARGS...
 expect() {

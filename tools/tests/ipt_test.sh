@@ -6,17 +6,8 @@
 # this machine cannot make a network namespace or its kernel tables cannot
 # be reached from the program.
 set -u
-tool=$1
-run=${IPACL_RUN:-}
-failures=0
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+. "$(dirname "$0")/run_tool.sh"
 chmod 755 "$work"  # readable by the unprivileged caller below
-
-fail() {
-  echo "FAIL: $*" >&2
-  failures=$((failures + 1))
-}
 
 # in_netns STDOUT-FILE STDERR-FILE ARGS...: the program in a fresh network
 # namespace (the starting one is never changed); prints the exit status.

@@ -66,16 +66,10 @@ class command_generator {
     std::string decimal(uint32_t low, uint32_t high) { return std::to_string(number(low, high)); }
 
     std::string protocol() {
-        switch (number(0, 3)) {
-            case 0:
-                return pick({"ip", "ipv6", "tcp", "udp", "icmp", "icmp6"});
-            case 1:
-                return pick({"0", "1", "6", "17", "41", "58", "4294967295"});
-            case 2:
-                return decimal(0, 300);
-            default:
-                return pick({"tcp", "udp", "ipv6"});
-        }
+        uint32_t kind = number(0, 3);
+        if (kind == 0) return pick({"ip", "ipv6", "tcp", "udp", "icmp", "icmp6"});
+        if (kind == 1) return pick({"0", "1", "6", "17", "41", "58", "4294967295"});
+        return kind == 2 ? decimal(0, 300) : pick({"tcp", "udp", "ipv6"});
     }
 
     std::string ipv6_address() {
@@ -94,51 +88,29 @@ class command_generator {
     }
 
     std::string address() {
-        switch (number(0, 9)) {
-            case 0:
-            case 1:
-                return "any";
-            case 2:
-                return "host " + ipv6_address();
-            case 3:
-            case 4:
-            case 5:
-                return ipv6_address() + "/" + decimal(0, 128);
-            case 6:
-                return pick({"::/0", "::1/0", "0.0.0.0/0"});
-            case 7:
-                return ipv4_address() + "/" + decimal(0, 32);
-            case 8:
-                return ipv4_address() + " " + pick({"0.0.0.255", "0.255.0.255", "0.0.0.0"});
-            default:
-                return "host " + ipv4_address();
-        }
+        uint32_t kind = number(0, 9);
+        if (kind < 2) return "any";
+        if (kind == 2) return "host " + ipv6_address();
+        if (kind < 6) return ipv6_address() + "/" + decimal(0, 128);
+        if (kind == 6) return pick({"::/0", "::1/0", "0.0.0.0/0"});
+        if (kind == 7) return ipv4_address() + "/" + decimal(0, 32);
+        if (kind == 8) return ipv4_address() + " " + pick({"0.0.0.255", "0.255.0.255", "0.0.0.0"});
+        return "host " + ipv4_address();
     }
 
     std::string port() {
-        switch (number(0, 3)) {
-            case 0:
-                return pick({"www", "http", "ssh", "ftp-data", "dns", "wbem-https", "syslog"});
-            case 1:
-                return pick({"0", "65535", "80", "143", "65536", "4294967295"});
-            default:
-                return decimal(0, 70000);
-        }
+        uint32_t kind = number(0, 3);
+        if (kind == 0)
+            return pick({"www", "http", "ssh", "ftp-data", "dns", "wbem-https", "syslog"});
+        if (kind == 1) return pick({"0", "65535", "80", "143", "65536", "4294967295"});
+        return decimal(0, 70000);
     }
 
     std::string ports() {
-        switch (number(0, 4)) {
-            case 0:
-                return "lt " + port();
-            case 1:
-                return "gt " + port();
-            case 2:
-                return "eq " + port();
-            case 3:
-                return "neq " + port();
-            default:
-                return "range " + port() + " " + port();
-        }
+        static const char *const operators[] = {"lt ", "gt ", "eq ", "neq "};
+        uint32_t kind = number(0, 4);
+        if (kind == 4) return "range " + port() + " " + port();
+        return operators[kind] + port();
     }
 
     std::vector<std::string> trailing() {

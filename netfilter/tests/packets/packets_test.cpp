@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
 #include <vector>
 
 namespace ipacl_testbed {
@@ -68,15 +69,11 @@ TEST_F(Packets, EveryPortOperatorKeepsItsBounds) {
                    "permit udp any host 10.201.0.1 neq 7000"},
                   IPACL_DIR_IN),
               "");
-    EXPECT_EQ(udp(999), 0);
-    EXPECT_EQ(udp(1000), 1);
-    EXPECT_EQ(udp(60001), 0);
-    EXPECT_EQ(udp(60000), 1);
-    EXPECT_EQ(udp(2000), 0);
-    EXPECT_EQ(udp(2002), 0);
-    EXPECT_EQ(udp(1999), 1);
-    EXPECT_EQ(udp(2003), 1);
-    EXPECT_EQ(udp(7000), 0);  // not neq 7000: on to the implicit deny
+    // 7000 is not neq 7000: on to the implicit deny.
+    const std::pair<uint16_t, int> arrivals[] = {{999, 0},   {1000, 1}, {60001, 0},
+                                                 {60000, 1}, {2000, 0}, {2002, 0},
+                                                 {1999, 1},  {2003, 1}, {7000, 0}};
+    for (auto [port, arrived] : arrivals) EXPECT_EQ(udp(port), arrived) << port;
     EXPECT_EQ(net_->counters4(IPACL_DIR_IN), (counts{1, 1, 2, 4, 1, 0}));
 }
 
