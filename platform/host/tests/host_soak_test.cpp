@@ -13,7 +13,6 @@
 #include <chrono>
 #include <cstring>
 #include <ctime>
-#include <dirent.h>
 #include <poll.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
@@ -41,14 +40,6 @@ constexpr uint32_t kFloodLimit = 200;  // connections the hostile opens per roun
 struct Latencies {
     float us[kClients][kRequests];
 };
-
-int open_descriptors() {
-    int n = 0;
-    DIR *d = opendir("/proc/self/fd");
-    while (d && readdir(d)) ++n;
-    if (d) closedir(d);
-    return n - 3;
-}
 
 // A client: one warm-up request, then (once `go` gives it a byte) kRequests checked
 // requests, each timed.
@@ -213,7 +204,7 @@ TEST(HostSoak, EightClientsBesideAHostileOne) {
 
     pid_t manager = host_test::start_manager([](uint32_t h) {
         // Room for the eight clients and a few more: the flood finds the end.
-        rlim_t files = rlim_t(open_descriptors()) + kClients + 12;
+        rlim_t files = rlim_t(host_test::open_descriptors()) + kClients + 12;
         rlimit limit{files, files};
         if (setrlimit(RLIMIT_NOFILE, &limit) != 0) return 30;
         return host_test::echo_manager(h, ~0u, 60000);

@@ -21,6 +21,7 @@
 namespace {
 
 using host_test::EndpointDir;
+using host_test::stderr_of;
 
 std::string name_of(uint32_t if_index, uint32_t size = 40) {
     char buf[64];
@@ -202,23 +203,6 @@ TEST(HostHistory, KeepsTheLastEventsInABoundedRing) {
     ipacl_host_hist_enable(1);
 }
 
-// What zlogf wrote to standard error while fn ran.
-template <typename Fn>
-std::string stderr_of(Fn fn) {
-    fflush(stderr);
-    FILE *capture = tmpfile();
-    int saved = dup(STDERR_FILENO);
-    dup2(fileno(capture), STDERR_FILENO);
-    fn();
-    dup2(saved, STDERR_FILENO);
-    close(saved);
-    rewind(capture);
-    std::string out;
-    for (int ch; (ch = fgetc(capture)) != EOF;) out += static_cast<char>(ch);
-    fclose(capture);
-    return out;
-}
-
 TEST(HostDebugPrint, FollowsTheEnvironmentAndLevel) {
     EXPECT_STREQ(tivra_dbg_modname, "ipacl");
     setenv("IPACL_DEBUG", "0", 1);
@@ -238,10 +222,6 @@ TEST(HostDebugPrint, FollowsTheEnvironmentAndLevel) {
             zlogf(1, "acl", 0, "no newline %s", "given");
         }),
         "ipacl: impossible prefix format in ipacl_str_inet_addr(): 9\nacl: no newline given\n");
-    std::string long_text(3000, 'x');
-    std::string out = stderr_of([&] { zlogf(1, "m", 0, "%s", long_text.c_str()); });
-    EXPECT_EQ(out.size(), 1023u);
-    EXPECT_EQ(out.back(), '\n');
 
     for (const char *off : {"", "no", "-3", "1x"}) {
         setenv("IPACL_DEBUG", off, 1);
@@ -314,7 +294,8 @@ TEST_F(HostVel, RequestReachesTheManagerAndTheAnswerItsRequester) {
     EXPECT_EQ(payload_of(in), "add filter");
     uint32_t answer_token = vel_rr_token_get(in);
     EXPECT_EQ(answer_token, info.token);
-    ASSERT_EQ(vel_send(manager, 0xfe000000, 0, 0, "done", 4, nullptr, answer_token, 0), 0);
+    // An empty answer arrives as such.
+    ASSERT_EQ(vel_send(manager, 0xfe000000, 0, 0, nullptr, 0, nullptr, answer_token, 0), 0);
     ASSERT_EQ(vel_drop(manager, in), 0);
     // Answered once: the token is spent.
     EXPECT_NE(vel_send(manager, 0xfe000000, 0, 0, "again", 5, nullptr, answer_token, 0), 0);
@@ -322,7 +303,8 @@ TEST_F(HostVel, RequestReachesTheManagerAndTheAnswerItsRequester) {
 
     uint8_t out[IPACL_HOST_HANDLE_AREA] = {};
     ASSERT_EQ(recv_answer(client, token, out), 0) << strerror(errno);
-    EXPECT_EQ(payload_of(out), "done");
+    EXPECT_EQ(vel_payload_size(out), 0u);
+    EXPECT_NE(vel_payload_get(out), nullptr);
     ASSERT_EQ(ipacl_host_msg_info_get(out, &info), 0);
     EXPECT_EQ(info.kind, uint32_t(IPACL_HOST_MSG_ANSWER));
     EXPECT_EQ(info.token, token);
@@ -376,23 +358,6 @@ TEST_F(HostVel, UpdatesWithoutTokenGoToTheStandby) {
     EXPECT_EQ(errno, ETIMEDOUT);
     ASSERT_EQ(ipacl_host_accept(manager, in, 1000), 0);
     vel_drop(manager, in);
-}
-
-TEST_F(HostVel, LargeAndEmptyPayloadsArriveWhole) {
-    // Two frames; much more would fill the socket with nobody reading.
-    std::string big(70 * 1024 + 17, '\0');
-    for (size_t i = 0; i < big.size(); ++i) big[i] = static_cast<char>(i * 7 + i / 251);
-    uint32_t token = request(5, big);
-    uint8_t in[IPACL_HOST_HANDLE_AREA];
-    ASSERT_EQ(ipacl_host_accept(manager, in, 2000), 0);
-    EXPECT_EQ(payload_of(in), big);
-    ASSERT_EQ(vel_send(manager, 0xfe000000, 0, 0, nullptr, 0, nullptr, vel_rr_token_get(in), 0), 0);
-    vel_drop(manager, in);
-    uint8_t out[IPACL_HOST_HANDLE_AREA];
-    ASSERT_EQ(recv_answer(client, token, out), 0);
-    EXPECT_EQ(vel_payload_size(out), 0u);
-    EXPECT_NE(vel_payload_get(out), nullptr);
-    vel_drop(client, out);
 }
 
 TEST_F(HostVel, BadCallsFailWithErrno) {
@@ -471,11 +436,8 @@ TEST_F(HostVel, ANameIsServedOnceAndStaleOnesAreReplaced) {
     EXPECT_NE(ipacl_host_open(98, 0, &second), 0);
     EXPECT_EQ(errno, EADDRINUSE);
     // A socket file left by a process that died without closing.
-    int fd = socket(AF_UNIX, SOCK_SEQPACKET, 0);
-    sockaddr_un addr{};
-    addr.sun_family = AF_UNIX;
-    snprintf(addr.sun_path, sizeof addr.sun_path, "%s", dir.socket("svc-99").c_str());
-    ASSERT_EQ(bind(fd, reinterpret_cast<sockaddr *>(&addr), sizeof addr), 0);
+    int fd = host_test::bind_socket(dir.socket("svc-99"));
+    ASSERT_GE(fd, 0);
     close(fd);
     ASSERT_EQ(ipacl_host_open(99, 0, &second), 0) << strerror(errno);
     struct stat st;
