@@ -4,7 +4,6 @@
 // Then the library's use of the host's interface-index and debug services.
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <poll.h>

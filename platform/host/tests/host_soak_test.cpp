@@ -17,7 +17,6 @@
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 #include <vector>
 
@@ -75,18 +74,6 @@ int well_behaved(uint32_t c, int ready_fd, int go_fd, Latencies *out) {
     return 0;
 }
 
-int connect_nonblocking(const std::string &path) {
-    int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    sockaddr_un addr{};
-    addr.sun_family = AF_UNIX;
-    snprintf(addr.sun_path, sizeof addr.sun_path, "%s", path.c_str());
-    if (fd >= 0 && connect(fd, reinterpret_cast<sockaddr *>(&addr), sizeof addr) != 0) {
-        close(fd);
-        return -1;
-    }
-    return fd;
-}
-
 void send_header(int fd, uint32_t kind, uint32_t token, uint32_t size) {
     FrameHeader h{ipacl_host::kFrameMagic, kind, 1, 98, token, ipacl_host::kAwaited, size, 0};
     (void)!send(fd, &h, sizeof h, MSG_NOSIGNAL | MSG_DONTWAIT);
@@ -118,7 +105,7 @@ int hostile(const std::string &path, int stop_fd, int armed_fd) {
         pollfd stop{stop_fd, POLLIN, 0};
         if (poll(&stop, 1, 0) == 1) break;
         // Answers to every token it can guess.
-        if (int fd = connect_nonblocking(path); fd >= 0) {
+        if (int fd = host_test::raw_connect(path, SOCK_NONBLOCK); fd >= 0) {
             for (uint32_t token = 1; token <= 64; ++token)
                 send_header(fd, ipacl_host::kAnswer, token, 0);
             close(fd);
@@ -127,7 +114,7 @@ int hostile(const std::string &path, int stop_fd, int armed_fd) {
         for (int fd : announced) close(fd);
         announced.clear();
         for (int i = 0; i < 20; ++i)
-            if (int fd = connect_nonblocking(path); fd >= 0) {
+            if (int fd = host_test::raw_connect(path, SOCK_NONBLOCK); fd >= 0) {
                 send_header(fd, ipacl_host::kRequest, 1, IPACL_HOST_MAX_PAYLOAD);
                 announced.push_back(fd);
             }
@@ -144,7 +131,7 @@ int hostile(const std::string &path, int stop_fd, int armed_fd) {
         // Connections until the manager runs out of descriptors.
         std::vector<int> flood;
         while (flood.size() < kFloodLimit) {
-            int fd = connect_nonblocking(path);
+            int fd = host_test::raw_connect(path, SOCK_NONBLOCK);
             if (fd < 0) break;
             flood.push_back(fd);
         }

@@ -70,8 +70,8 @@ int wait_child(pid_t pid, int timeout_ms) {
     }
 }
 
-int raw_connect(const std::string &path) {
-    int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+int raw_connect(const std::string &path, int flags) {
+    int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | flags, 0);
     sockaddr_un addr{};
     addr.sun_family = AF_UNIX;
     snprintf(addr.sun_path, sizeof addr.sun_path, "%s", path.c_str());

@@ -36,8 +36,9 @@ int wait_child(pid_t pid, int timeout_ms = 60000);
 // the descriptor body is given (stored in *said); -1 when none came.
 pid_t spawn_ready(const std::function<int(int ready_fd)> &body, char *said = nullptr);
 
-// A raw SOCK_SEQPACKET connection to path, or -1.
-int raw_connect(const std::string &path);
+// A raw SOCK_SEQPACKET connection to path (socket flags such as
+// SOCK_NONBLOCK added), or -1.
+int raw_connect(const std::string &path, int flags = 0);
 // A SOCK_SEQPACKET socket bound to path but not listening, or -1.
 int bind_socket(const std::string &path);
 // Descriptors this process has open.

@@ -6,9 +6,7 @@
 #include <chrono>
 #include <cstring>
 #include <string>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 #include <vector>
 
@@ -60,7 +58,8 @@ TEST(HostIfIndex, NamesFollowTheSchemeAndParseBack) {
     EXPECT_EQ(ipacl_host_if_index_num(IPACL_HOST_IF_LO, 65536), 0u);
 }
 
-TEST(HostIfIndex, NameWritesAtMostTheSizeGiven) {
+// Names and bounded copies write at most the size given, terminated.
+TEST(HostIfIndex, WritesAtMostTheSizeGiven) {
     uint32_t eth = ipacl_host_if_index(IPACL_HOST_IF_ETH, 12, 3, 200);  // "eth12/3/200"
     char buf[16];
     memset(buf, '#', sizeof buf);
@@ -76,6 +75,25 @@ TEST(HostIfIndex, NameWritesAtMostTheSizeGiven) {
     // Indexes that name no interface still get a recognisable name.
     EXPECT_EQ(name_of(0), "ifindex-0x00000000");
     EXPECT_EQ(name_of(0x0c000001), "ifindex-0x0c000001");
+
+    memset(buf, '#', sizeof buf);
+    EXPECT_EQ(__strcpy_to_buf(buf, "abcdefghij", 5), buf);
+    EXPECT_STREQ(buf, "abcd");
+    EXPECT_EQ(buf[5], '#');
+    __strcpy_to_buf(buf, "ab", 8);
+    EXPECT_STREQ(buf, "ab");
+    memset(buf, '#', sizeof buf);
+    __strcpy_to_buf(buf, "abc", 1);
+    EXPECT_STREQ(buf, "");
+    memset(buf, '#', sizeof buf);
+    __strcpy_to_buf(buf, "abc", 0);
+    EXPECT_EQ(buf[0], '#');
+    __strcpy_to_buf(buf, nullptr, 8);
+    EXPECT_STREQ(buf, "");
+    // The source need not be terminated within the bound.
+    const char unterminated[4] = {'w', 'x', 'y', 'z'};
+    __strcpy_to_buf(buf, unterminated, 4);
+    EXPECT_STREQ(buf, "wxy");
 }
 
 TEST(HostIfIndex, TypesAndTheManagementPortAgree) {
@@ -116,28 +134,6 @@ TEST(HostIfIndex, TypesAndTheManagementPortAgree) {
     EXPECT_EQ(if_index_mgmt_sup_get_fields(0, &first, &second), int(IPACL_HOST_IF_E_NOENT));
     EXPECT_EQ(if_index_mgmt_sup_get_fields(second_port, nullptr, &second),
               int(IPACL_HOST_IF_E_INVAL));
-}
-
-TEST(HostIfIndex, BoundedCopyTruncatesAndTerminates) {
-    char buf[8];
-    memset(buf, '#', sizeof buf);
-    EXPECT_EQ(__strcpy_to_buf(buf, "abcdefghij", 5), buf);
-    EXPECT_STREQ(buf, "abcd");
-    EXPECT_EQ(buf[5], '#');
-    __strcpy_to_buf(buf, "ab", 8);
-    EXPECT_STREQ(buf, "ab");
-    memset(buf, '#', sizeof buf);
-    __strcpy_to_buf(buf, "abc", 1);
-    EXPECT_STREQ(buf, "");
-    memset(buf, '#', sizeof buf);
-    __strcpy_to_buf(buf, "abc", 0);
-    EXPECT_EQ(buf[0], '#');
-    __strcpy_to_buf(buf, nullptr, 8);
-    EXPECT_STREQ(buf, "");
-    // The source need not be terminated within the bound.
-    const char unterminated[4] = {'w', 'x', 'y', 'z'};
-    __strcpy_to_buf(buf, unterminated, 4);
-    EXPECT_STREQ(buf, "wxy");
 }
 
 // The record the library writes for an internal error: subtype, then text.
@@ -310,31 +306,6 @@ TEST_F(HostVel, RequestReachesTheManagerAndTheAnswerItsRequester) {
     EXPECT_EQ(info.token, token);
     EXPECT_EQ(vel_rr_token_get(out), token);
     EXPECT_EQ(vel_drop(client, out), 0);
-}
-
-TEST_F(HostVel, AnswersAreMatchedByTokenWhateverTheirOrder) {
-    uint32_t first = request(1, "one");
-    uint32_t second = request(2, "two");
-    EXPECT_NE(first, second);
-    uint8_t a[IPACL_HOST_HANDLE_AREA], b[IPACL_HOST_HANDLE_AREA];
-    ASSERT_EQ(ipacl_host_accept(manager, a, 1000), 0);
-    ASSERT_EQ(ipacl_host_accept(manager, b, 1000), 0);
-    // Answer the second request first.
-    ASSERT_EQ(vel_send(manager, 0xfe000000, 0, 0, "re:two", 6, nullptr, vel_rr_token_get(b), 0), 0);
-    ASSERT_EQ(vel_send(manager, 0xfe000000, 0, 0, "re:one", 6, nullptr, vel_rr_token_get(a), 0), 0);
-    vel_drop(manager, a);
-    vel_drop(manager, b);
-
-    uint8_t out[IPACL_HOST_HANDLE_AREA];
-    ASSERT_EQ(recv_answer(client, first, out), 0);
-    EXPECT_EQ(payload_of(out), "re:one");
-    vel_drop(client, out);
-    ASSERT_EQ(recv_answer(client, second, out), 0);
-    EXPECT_EQ(payload_of(out), "re:two");
-    vel_drop(client, out);
-    // Both taken: nothing is pending under either token.
-    EXPECT_NE(recv_answer(client, first, out, 0), 0);
-    EXPECT_EQ(errno, ENOENT);
 }
 
 TEST_F(HostVel, UpdatesWithoutTokenGoToTheStandby) {
