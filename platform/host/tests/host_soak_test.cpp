@@ -13,12 +13,10 @@
 #include <chrono>
 #include <cstring>
 #include <ctime>
-#include <dirent.h>
 #include <poll.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 #include <vector>
 
@@ -41,14 +39,6 @@ constexpr uint32_t kFloodLimit = 200;  // connections the hostile opens per roun
 struct Latencies {
     float us[kClients][kRequests];
 };
-
-int open_descriptors() {
-    int n = 0;
-    DIR *d = opendir("/proc/self/fd");
-    while (d && readdir(d)) ++n;
-    if (d) closedir(d);
-    return n - 3;
-}
 
 // A client: one warm-up request, then (once `go` gives it a byte) kRequests checked
 // requests, each timed.
@@ -84,18 +74,6 @@ int well_behaved(uint32_t c, int ready_fd, int go_fd, Latencies *out) {
     return 0;
 }
 
-int connect_nonblocking(const std::string &path) {
-    int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    sockaddr_un addr{};
-    addr.sun_family = AF_UNIX;
-    snprintf(addr.sun_path, sizeof addr.sun_path, "%s", path.c_str());
-    if (fd >= 0 && connect(fd, reinterpret_cast<sockaddr *>(&addr), sizeof addr) != 0) {
-        close(fd);
-        return -1;
-    }
-    return fd;
-}
-
 void send_header(int fd, uint32_t kind, uint32_t token, uint32_t size) {
     FrameHeader h{ipacl_host::kFrameMagic, kind, 1, 98, token, ipacl_host::kAwaited, size, 0};
     (void)!send(fd, &h, sizeof h, MSG_NOSIGNAL | MSG_DONTWAIT);
@@ -127,7 +105,7 @@ int hostile(const std::string &path, int stop_fd, int armed_fd) {
         pollfd stop{stop_fd, POLLIN, 0};
         if (poll(&stop, 1, 0) == 1) break;
         // Answers to every token it can guess.
-        if (int fd = connect_nonblocking(path); fd >= 0) {
+        if (int fd = host_test::raw_connect(path, SOCK_NONBLOCK); fd >= 0) {
             for (uint32_t token = 1; token <= 64; ++token)
                 send_header(fd, ipacl_host::kAnswer, token, 0);
             close(fd);
@@ -136,7 +114,7 @@ int hostile(const std::string &path, int stop_fd, int armed_fd) {
         for (int fd : announced) close(fd);
         announced.clear();
         for (int i = 0; i < 20; ++i)
-            if (int fd = connect_nonblocking(path); fd >= 0) {
+            if (int fd = host_test::raw_connect(path, SOCK_NONBLOCK); fd >= 0) {
                 send_header(fd, ipacl_host::kRequest, 1, IPACL_HOST_MAX_PAYLOAD);
                 announced.push_back(fd);
             }
@@ -153,7 +131,7 @@ int hostile(const std::string &path, int stop_fd, int armed_fd) {
         // Connections until the manager runs out of descriptors.
         std::vector<int> flood;
         while (flood.size() < kFloodLimit) {
-            int fd = connect_nonblocking(path);
+            int fd = host_test::raw_connect(path, SOCK_NONBLOCK);
             if (fd < 0) break;
             flood.push_back(fd);
         }
@@ -213,7 +191,7 @@ TEST(HostSoak, EightClientsBesideAHostileOne) {
 
     pid_t manager = host_test::start_manager([](uint32_t h) {
         // Room for the eight clients and a few more: the flood finds the end.
-        rlim_t files = rlim_t(open_descriptors()) + kClients + 12;
+        rlim_t files = rlim_t(host_test::open_descriptors()) + kClients + 12;
         rlimit limit{files, files};
         if (setrlimit(RLIMIT_NOFILE, &limit) != 0) return 30;
         return host_test::echo_manager(h, ~0u, 60000);

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <dirent.h>
 #include <ftw.h>
 #include <grp.h>
 #include <pwd.h>
@@ -69,8 +70,8 @@ int wait_child(pid_t pid, int timeout_ms) {
     }
 }
 
-int raw_connect(const std::string &path) {
-    int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+int raw_connect(const std::string &path, int flags) {
+    int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | flags, 0);
     sockaddr_un addr{};
     addr.sun_family = AF_UNIX;
     snprintf(addr.sun_path, sizeof addr.sun_path, "%s", path.c_str());
@@ -83,20 +84,48 @@ int raw_connect(const std::string &path) {
     return fd;
 }
 
+int bind_socket(const std::string &path) {
+    int fd = socket(AF_UNIX, SOCK_SEQPACKET, 0);
+    sockaddr_un addr{};
+    addr.sun_family = AF_UNIX;
+    snprintf(addr.sun_path, sizeof addr.sun_path, "%s", path.c_str());
+    if (bind(fd, reinterpret_cast<sockaddr *>(&addr), sizeof addr) == 0) return fd;
+    close(fd);
+    return -1;
+}
+
+int open_descriptors() {
+    int n = 0;
+    DIR *d = opendir("/proc/self/fd");
+    while (d && readdir(d)) ++n;
+    if (d) closedir(d);
+    return n - 3;  // ".", ".." and the directory itself
+}
+
+std::string stderr_of(const std::function<void()> &fn) {
+    fflush(stderr);
+    FILE *capture = tmpfile();
+    int saved = dup(STDERR_FILENO);
+    dup2(fileno(capture), STDERR_FILENO);
+    fn();
+    fflush(stderr);
+    dup2(saved, STDERR_FILENO);
+    close(saved);
+    rewind(capture);
+    std::string out;
+    for (int ch; (ch = fgetc(capture)) != EOF;) out += static_cast<char>(ch);
+    fclose(capture);
+    return out;
+}
+
 using Area = std::array<uint8_t, IPACL_HOST_HANDLE_AREA>;
 
-pid_t start_manager(const std::function<int(uint32_t)> &loop) {
+pid_t spawn_ready(const std::function<int(int ready_fd)> &body, char *said) {
     int ready[2];
     if (pipe(ready) != 0) return -1;
     pid_t pid = spawn([&] {
         close(ready[0]);
-        uint32_t h = 0;
-        if (ipacl_host_open(IPACL_HOST_SERVICE_ACL, 0, &h) != 0) return 10;
-        if (write(ready[1], "r", 1) != 1) return 11;
-        close(ready[1]);
-        int rc = loop(h);
-        ipacl_host_close(h);
-        return rc;
+        return body(ready[1]);
     });
     close(ready[1]);
     pollfd p{ready[0], POLLIN, 0};
@@ -107,7 +136,20 @@ pid_t start_manager(const std::function<int(uint32_t)> &loop) {
         wait_child(pid, 0);
         return -1;
     }
+    if (said) *said = byte;
     return pid;
+}
+
+pid_t start_manager(const std::function<int(uint32_t)> &loop) {
+    return spawn_ready([&](int ready) {
+        uint32_t h = 0;
+        if (ipacl_host_open(IPACL_HOST_SERVICE_ACL, 0, &h) != 0) return 10;
+        if (write(ready, "r", 1) != 1) return 11;
+        close(ready);
+        int rc = loop(h);
+        ipacl_host_close(h);
+        return rc;
+    });
 }
 
 int echo_manager(uint32_t h, uint32_t expected, uint32_t idle_ms) {
@@ -153,6 +195,19 @@ ipacl_host_stats ask_stats(uint32_t client) {
         vel_drop(client, rsp.handle);
     }
     return stats;
+}
+
+uint32_t echo_once(uint32_t client, uint32_t value) {
+    ipacl_vel_msg req{}, rsp{};
+    req.opcode = 1;
+    req.payload = &value;
+    req.size = sizeof value;
+    char err[IPACL_ERR_TEXT_SIZE];
+    uint32_t rc = ipacl_wrap_vel_req_rsp(client, &req, &rsp, err);
+    if (rc != 0) return rc;
+    bool same = rsp.size == sizeof value && memcmp(rsp.payload, &value, sizeof value) == 0;
+    vel_drop(client, rsp.handle);
+    return same ? 0 : 0xbad;
 }
 
 bool stop_manager(uint32_t client) {

@@ -32,8 +32,19 @@ pid_t spawn(const std::function<int()> &body);
 // killed after timeout_ms.
 int wait_child(pid_t pid, int timeout_ms = 60000);
 
-// A raw SOCK_SEQPACKET connection to path, or -1.
-int raw_connect(const std::string &path);
+// Runs body in a child process and returns once the child wrote a byte to
+// the descriptor body is given (stored in *said); -1 when none came.
+pid_t spawn_ready(const std::function<int(int ready_fd)> &body, char *said = nullptr);
+
+// A raw SOCK_SEQPACKET connection to path (socket flags such as
+// SOCK_NONBLOCK added), or -1.
+int raw_connect(const std::string &path, int flags = 0);
+// A SOCK_SEQPACKET socket bound to path but not listening, or -1.
+int bind_socket(const std::string &path);
+// Descriptors this process has open.
+int open_descriptors();
+// What was written to standard error while fn ran.
+std::string stderr_of(const std::function<void()> &fn);
 
 // A manager process serving 98 with `loop`, started once its endpoint is
 // registered; -1 when it did not come up.
@@ -49,6 +60,9 @@ constexpr uint32_t kStopOpcode = 0xdeaf;   // answered, then the manager returns
 int echo_manager(uint32_t h, uint32_t expected, uint32_t idle_ms);
 // The counters of the manager `client` talks to (zero when it cannot ask).
 ipacl_host_stats ask_stats(uint32_t client);
+// One request carrying value and its answer; 0 when the answer carried the
+// same bytes, else the wrapper's result.
+uint32_t echo_once(uint32_t client, uint32_t value);
 // Asks the manager to stop; true when it answered.
 bool stop_manager(uint32_t client);
 
