@@ -102,6 +102,17 @@ enum class Rec : uint8_t {
         count_  // number of records; not a record
 };
 
+// A stretch of a record's bytes: one member, or a run of members, named in
+// the tables (IPACL_WIRE_AT in layout.h) so that every offset, and the
+// width of every text and byte run, comes from the C type.  Read as a
+// number it is where the stretch starts, which places the count, type and
+// element words of a message.
+struct Stretch {
+    uint16_t off;
+    uint16_t size;  // 0 for an open-ended member at the end of a message
+    constexpr operator uint16_t() const { return off; }
+};
+
 // One field: where it starts, how many bytes it spans, what is done with
 // it.  A text's width is its room in the record (the copy itself stops at
 // the NUL); 0 for the open-ended texts at the end of a message.
@@ -112,19 +123,21 @@ struct Field {
     Rec rec;  // the nested record of a Conv::rec field
 };
 
-constexpr Field none(uint16_t off, uint16_t width) { return {off, width, Conv::none, {}}; }
-constexpr Field s16(uint16_t off, uint16_t count = 1) {
-    return {off, uint16_t(2 * count), Conv::s16, {}};
+// Texts and byte runs span their whole stretch; numbers run `count` times
+// from the start of theirs.
+constexpr Field none(Stretch place) { return {place.off, place.size, Conv::none, {}}; }
+constexpr Field s16(Stretch place, uint16_t count = 1) {
+    return {place.off, uint16_t(2 * count), Conv::s16, {}};
 }
-constexpr Field s32(uint16_t off, uint16_t count = 1) {
-    return {off, uint16_t(4 * count), Conv::s32, {}};
+constexpr Field s32(Stretch place, uint16_t count = 1) {
+    return {place.off, uint16_t(4 * count), Conv::s32, {}};
 }
-constexpr Field s64(uint16_t off, uint16_t count = 1) {
-    return {off, uint16_t(8 * count), Conv::s64, {}};
+constexpr Field s64(Stretch place, uint16_t count = 1) {
+    return {place.off, uint16_t(8 * count), Conv::s64, {}};
 }
-constexpr Field str(uint16_t off, uint16_t width) { return {off, width, Conv::str, {}}; }
-constexpr Field copy(uint16_t off, uint16_t width) { return {off, width, Conv::copy, {}}; }
-constexpr Field zero(uint16_t off, uint16_t width) { return {off, width, Conv::zero, {}}; }
+constexpr Field str(Stretch place) { return {place.off, place.size, Conv::str, {}}; }
+constexpr Field copy(Stretch place) { return {place.off, place.size, Conv::copy, {}}; }
+constexpr Field zero(Stretch place) { return {place.off, place.size, Conv::zero, {}}; }
 
 // How a type word picks the element record of a message: by its value, or
 // by the first table entry whose bits it shares.

@@ -8,11 +8,15 @@
 //   elems_at, elem  where the elements (or the body) start, and their record
 //                   when no type word selects it.
 //
+// Every offset and width in the tables is named by members of the C type
+// (IPACL_WIRE_AT, IPACL_WIRE_THROUGH below), so the layout is written once,
+// in records.h.
 // The tables live in layout_*.h, one family per file.
 #pragma once
 
 #include <cstddef>
 #include <iterator>
+#include <type_traits>
 
 #include <ipacl/records.h>
 
@@ -39,10 +43,20 @@ concept HasTag = requires {
 template <Rec R>
 inline constexpr uint32_t record_size = sizeof(typename Layout<R>::type);
 
-// A nested record at `off`.
+// A nested record where `place` starts.
 template <Rec R>
-constexpr Field rec(uint16_t off) {
-    return {off, uint16_t(record_size<R>), Conv::rec, R};
+constexpr Field rec(Stretch place) {
+    return {place.off, uint16_t(record_size<R>), Conv::rec, R};
+}
+
+// Bytes of a member of type M; an open-ended array at the end has none.
+template <class M>
+constexpr uint16_t member_size() {
+    if constexpr (std::is_unbounded_array_v<M>) {
+        return 0;
+    } else {
+        return uint16_t(sizeof(M));
+    }
 }
 
 // A type code and the record it selects.
@@ -57,5 +71,20 @@ constexpr Variant variant(uint32_t code) {
         using type = ::ipacl_##stem;                     \
         static constexpr Field fields[] = {__VA_ARGS__}; \
     }
+
+// The members from `first` to `last` as one stretch.
+constexpr Stretch through_of(Stretch first, Stretch last) {
+    return {first.off, uint16_t(last.off + last.size - first.off)};
+}
+
+// The stretch of one member, and of the members from `first` to `last`, of
+// the `type` of the Layout being written.  The table files spell them at()
+// and through() while they define their layouts.
+#define IPACL_WIRE_AT(member)                                                                  \
+    ::ipacl::wire::Stretch {                                                                   \
+        uint16_t(offsetof(type, member)), ::ipacl::wire::member_size<decltype(type::member)>() \
+    }
+#define IPACL_WIRE_THROUGH(first, last) \
+    ::ipacl::wire::through_of(IPACL_WIRE_AT(first), IPACL_WIRE_AT(last))
 
 }  // namespace ipacl::wire
