@@ -8,9 +8,9 @@
 //   elems_at, elem  where the elements (or the body) start, and their record
 //                   when no type word selects it.
 //
-// Every offset and width in the tables is named by members of the C type
-// (IPACL_WIRE_AT, IPACL_WIRE_THROUGH below), so the layout is written once,
-// in records.h.
+// Every offset in the tables, and the width of every text and byte run, is
+// named by members of the C type (IPACL_WIRE_AT, IPACL_WIRE_THROUGH below),
+// so the layout is written once, in records.h; runs of numbers keep counts.
 // The tables live in layout_*.h, one family per file.
 #pragma once
 
