@@ -6,6 +6,7 @@
 #include <ipacl/bm.h>
 #include <ipacl/mm.h>
 
+#include "bm/bit_address.h"
 #include "mm/pool_chunk.h"
 #include "mm/pool_index.h"
 
@@ -26,6 +27,13 @@ ipacl_mm_chunk *clear_slot(const ipacl_mm &pool, ipacl_mm_chunk *chunk, void *da
     if (!aligned) {
         if (err) sprintf(err, "data %p not aligned", data);
         return nullptr;
+    }
+    // The bit is cleared in place; ipacl_bm_clr serves the cases that it
+    // refuses (no bitmap, a `bm_size` changed from outside), with its
+    // messages.  `err` is already clear, as ipacl_bm_clr would leave it.
+    if (chunk->bitmap && bm::in_range(pool.bm_size, slot)) {
+        chunk->bitmap[bm::byte_of(slot)] &= static_cast<uint8_t>(~bm::value_of(slot));
+        return chunk;
     }
     return ipacl_bm_clr(chunk->bitmap, pool.bm_size, slot, err) == IPACL_OK ? chunk : nullptr;
 }

@@ -3,6 +3,8 @@
 // nearest one at or below an address is the only one that can hold it.
 #include "mm/pool_index.h"
 
+#include <utility>
+
 namespace ipacl::mm {
 namespace {
 
@@ -50,14 +52,14 @@ void note(PoolIndex &index, ipacl_mm_chunk *chunk, bool keep) {
          g <= last >> index.granule_shift; ++g) {
         Hint &hint = index.hints[g & index.hint_mask];
         if (keep)
-            hint = Hint{begin, chunk};
+            hint = Hint{begin, chunk, chunk->bitmap};
         else if (hint.chunk == chunk)
             hint = Hint{};
     }
 }
 
 // Hints per chunk of the pool a new table is sized for, and its bounds.
-constexpr size_t kHintsPerChunk = 4;
+constexpr size_t kHintsPerChunk = 2;
 constexpr size_t kFewestHints = 64;
 constexpr size_t kMostHints = size_t{1} << 20;
 
@@ -73,19 +75,31 @@ void adopt_hints(PoolIndex &index, ipacl_mm_chunk *chunk) {
 }
 
 void add(RankSet &set, TreeNode *node) {
-    if (set.first && set.first->key < node->key) {
-        set.rest = tree::insert(set.rest, node);
+    if (!set.first) {
+        set.first = node;
         return;
     }
-    if (set.first) set.rest = tree::insert(set.rest, set.first);
-    set.first = node;
+    if (node->key < set.first->key) {
+        if (set.second) set.rest = tree::insert(set.rest, set.second);
+        set.second = set.first;
+        set.first = node;
+        return;
+    }
+    if (set.second && node->key < set.second->key) std::swap(node, set.second);
+    set.rest = tree::insert(set.rest, node);
 }
 
 void remove(RankSet &set, const TreeNode *node) {
-    if (node != set.first) {
+    if (node == set.first) {
+        set.first = set.second;
+        set.second = nullptr;
+    } else if (node == set.second) {
+        set.second = nullptr;
+    } else {
         set.rest = tree::erase(set.rest, node->key);
         return;
     }
+    if (set.first) return;
     set.first = tree::least(set.rest);
     if (set.first) set.rest = tree::erase(set.rest, set.first->key);
 }

@@ -25,12 +25,14 @@
 
 namespace ipacl::mm {
 
-// Chunks keyed by rank, the first of them kept aside: in a pool in steady
-// use one chunk gains room and fills up again, and so comes and goes
+// Chunks keyed by rank, the first two of them kept aside: in a pool in
+// steady use one chunk gains room and fills up again ahead of the one that
+// had room before (a partly filled last chunk, say), and so comes and goes
 // without touching a tree.
 struct RankSet {
-    TreeNode *first;  // least rank, NULL when the set is empty
-    TreeNode *rest;   // the others
+    TreeNode *first;   // least rank, NULL when the set is empty
+    TreeNode *second;  // NULL or a rank above `first` and at most any in `rest`
+    TreeNode *rest;    // the others
 };
 
 // Recent answers of the address search, kept by stretches of
@@ -46,6 +48,7 @@ struct RankSet {
 struct Hint {
     uintptr_t data;  // the chunk's slot area, so a wrong hint costs no visit
     ipacl_mm_chunk *chunk;
+    const uint8_t *bitmap;  // fetched alongside the record, not read
 };
 
 struct PoolIndex {
@@ -68,14 +71,16 @@ struct PoolIndex {
 // What the library allocates for a chunk: the public record first, so a
 // chunk pointer is a record pointer, then the room of the index, then, in
 // a record made to hold one, a table of hints.
+// What every allocation and free reads (the public record, the two flags)
+// shares the record's first cache line.
 struct ChunkRecord {
     ipacl_mm_chunk chunk;
+    bool has_room;         // in the `with_room` set
+    bool is_empty;         // in the `empty` set
     ipacl_mm_chunk *prev;  // the chunk before in the list, NULL for the first
     SearchNode by_address;
     TreeNode with_room;  // these two are keyed by the chunk's rank
     TreeNode empty;
-    bool has_room;     // in the `with_room` tree
-    bool is_empty;     // in the `empty` tree
     PoolIndex index;   // the live roots while this chunk is the first
     size_t hint_room;  // entries of a hint table just behind the record, or 0
 };
@@ -158,7 +163,14 @@ inline ipacl_mm_chunk *index_holding(PoolIndex &index, uintptr_t at) {
         const uintptr_t granule = at >> index.granule_shift;
         for (uintptr_t g = granule; g <= granule + 1; ++g) {
             const Hint &hint = index.hints[g & index.hint_mask];
-            if (hint.chunk && at - hint.data < index_area(index)) return hint.chunk;
+            if (hint.chunk && at - hint.data < index_area(index)) {
+                // Both are about to be written, and neither address depends
+                // on the other: fetch them together rather than one after
+                // the other.
+                __builtin_prefetch(hint.chunk, 1);
+                __builtin_prefetch(hint.bitmap, 1);
+                return hint.chunk;
+            }
         }
     }
     return index_search(index, at);
