@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 #include "bm/bit_address.h"
 
@@ -15,12 +16,25 @@ constexpr uint32_t matching(uint8_t byte) {
 }
 
 // The lowest bit at or after `start` with the wanted value, into *found.
-// Whole bytes that cannot hold a match (0x00 when looking for a set bit,
-// 0xFF for a clear one) are skipped before any bit is looked at.
+// Bit i is bit i % 8 of byte i / 8, so on a little-endian machine a word
+// read from byte k holds bits 8k and up in order: whole words are looked
+// at first (a pool's bitmap of 32 or 64 slots is one word, with no branch
+// on which byte holds the answer), the bytes of a tail after.
 template <bool Wanted>
 inline bool find(const uint8_t *bitmap, uint32_t size, uint32_t start, uint32_t *found) {
+    uint32_t i = byte_of(start);
     uint32_t first_pos = start % 8;
-    for (uint32_t i = byte_of(start); i < size; ++i, first_pos = 0) {
+    if constexpr (__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__) {
+        for (; size >= 4 && i <= size - 4; i += 4, first_pos = 0) {
+            uint32_t word = 0;
+            std::memcpy(&word, bitmap + i, 4);
+            const uint32_t candidates = (Wanted ? word : ~word) & (~0u << first_pos);
+            if (candidates == 0) continue;
+            *found = i * 8 + static_cast<uint32_t>(__builtin_ctz(candidates));
+            return true;
+        }
+    }
+    for (; i < size; ++i, first_pos = 0) {
         const uint32_t candidates = matching<Wanted>(bitmap[i]) & (0xFFu << first_pos);
         if (candidates == 0) continue;
         *found = i * 8 + static_cast<uint32_t>(__builtin_ctz(candidates));
