@@ -52,24 +52,22 @@ uint32_t xt_socket::refused(const char *operation, int error, char *err) {
     return fail(err, IPACL_NF_E_KERNEL, "%s: kernel refused: %s", operation, reason(error));
 }
 
+uint32_t xt_socket::unavailable_or_refused(const char *operation, int error, char *err) {
+    if (!means_unavailable(error)) return refused(operation, error, err);
+    return fail(err, IPACL_NF_E_UNAVAILABLE, "%s: %s unavailable: %s", operation, layout_.module,
+                std::strerror(error));
+}
+
 uint32_t xt_socket::open(char *err) {
     fd_ = ::socket(layout_.domain, SOCK_RAW | SOCK_CLOEXEC, IPPROTO_RAW);
     if (fd_ >= 0) return 0;
-    int error = errno;
-    if (means_unavailable(error))
-        return fail(err, IPACL_NF_E_UNAVAILABLE, "open socket: %s unavailable: %s", layout_.module,
-                    std::strerror(error));
-    return refused("open socket", error, err);
+    return unavailable_or_refused("open socket", errno, err);
 }
 
 uint32_t xt_socket::get_info(void *info, uint32_t size, char *err) {
     socklen_t length = size;
     if (getsockopt(fd_, layout_.level, IPT_SO_GET_INFO, info, &length) == 0) return 0;
-    int error = errno;
-    if (means_unavailable(error))
-        return fail(err, IPACL_NF_E_UNAVAILABLE, "read table: %s unavailable: %s", layout_.module,
-                    std::strerror(error));
-    return refused("read table", error, err);
+    return unavailable_or_refused("read table", errno, err);
 }
 
 uint32_t xt_socket::get_entries(void *request, uint32_t size, char *err) {

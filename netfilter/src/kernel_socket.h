@@ -32,6 +32,8 @@ class xt_socket {
 
   private:
     uint32_t refused(const char *operation, int error, char *err);
+    // UNAVAILABLE where the module or table is missing, else as refused().
+    uint32_t unavailable_or_refused(const char *operation, int error, char *err);
 
     const family_layout &layout_;
     int fd_ = -1;

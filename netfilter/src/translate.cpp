@@ -87,25 +87,28 @@ void fill_rule6(const rule_plan &plan, ipacl_nf_rule6 &out) {
     out.match_count = ipacl_nf::plan_matches(plan, out.matches);
 }
 
+// Plans the rule of one family and writes it into *out.
+template <class Rule>
+uint32_t translate_into(const ipacl_filter *f, uint32_t family, uint32_t dir, const char *ifname,
+                        Rule *out, void (*fill)(const rule_plan &, Rule &), char *err) {
+    if (!out) return ipacl_nf::fail(err, IPACL_E_BAD_ARG, "bad rule");
+    rule_plan plan;
+    uint32_t rc = ipacl_nf::plan_rule(f, family, dir, ifname, plan, err);
+    if (rc == 0) fill(plan, *out);
+    return rc;
+}
+
 }  // namespace
 
 extern "C" {
 
 IPACL_NF_API uint32_t ipacl_nf_translate(const ipacl_filter *f, uint32_t dir, const char *ifname,
                                          ipacl_ipt_rule *out, char *err) {
-    if (!out) return ipacl_nf::fail(err, IPACL_E_BAD_ARG, "bad rule");
-    rule_plan plan;
-    uint32_t rc = ipacl_nf::plan_rule(f, IPACL_ADDR_TYPE_IPV4, dir, ifname, plan, err);
-    if (rc == 0) fill_rule(plan, *out);
-    return rc;
+    return translate_into(f, IPACL_ADDR_TYPE_IPV4, dir, ifname, out, fill_rule, err);
 }
 
 IPACL_NF_API uint32_t ipacl_nf_translate6(const ipacl_filter *f, uint32_t dir, const char *ifname,
                                           ipacl_nf_rule6 *out, char *err) {
-    if (!out) return ipacl_nf::fail(err, IPACL_E_BAD_ARG, "bad rule");
-    rule_plan plan;
-    uint32_t rc = ipacl_nf::plan_rule(f, IPACL_ADDR_TYPE_IPV6, dir, ifname, plan, err);
-    if (rc == 0) fill_rule6(plan, *out);
-    return rc;
+    return translate_into(f, IPACL_ADDR_TYPE_IPV6, dir, ifname, out, fill_rule6, err);
 }
 }

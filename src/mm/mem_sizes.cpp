@@ -1,6 +1,7 @@
 // Record size and slots per chunk of each memory type the manager pools.
 #include <ipacl/enums.h>
 #include <ipacl/mm.h>
+#include <ipacl/records.h>
 
 namespace ipacl::mm {
 namespace {
@@ -11,20 +12,22 @@ struct MemTypeSize {
 };
 
 // Indexed by ipacl_mem_type.  The big, numerous records come 32 to a chunk;
-// the kest and sync records, few at a time, 4.
+// the kest and sync records, few at a time, 4.  The kest records are the
+// stored values (their key apart); the sync interface record has no type
+// of its own.
 constexpr MemTypeSize kMemTypeSizes[] = {
-    {1204, 32},  // IPACL_MEM_TYPE_ACCESS_LIST
-    {40, 32},    // IPACL_MEM_TYPE_ACCESS_INTF
-    {160, 32},   // IPACL_MEM_TYPE_ACCESS_GROUP
-    {290, 32},   // IPACL_MEM_TYPE_ACCESS_DATA
-    {100, 4},    // IPACL_MEM_TYPE_KEST_LIST
-    {104, 4},    // IPACL_MEM_TYPE_KEST_GROUP
-    {258, 4},    // IPACL_MEM_TYPE_KEST_DATA
-    {84, 4},     // IPACL_MEM_TYPE_IF_PROF
-    {88, 4},     // IPACL_MEM_TYPE_SYNC_PROF
-    {92, 4},     // IPACL_MEM_TYPE_SYNC_IF_PROF
-    {246, 4},    // IPACL_MEM_TYPE_SYNC_FILTER
-    {276, 4},    // IPACL_MEM_TYPE_SYNC_INTF
+    {sizeof(ipacl_list), 32},         // IPACL_MEM_TYPE_ACCESS_LIST
+    {sizeof(ipacl_intf), 32},         // IPACL_MEM_TYPE_ACCESS_INTF
+    {sizeof(ipacl_group), 32},        // IPACL_MEM_TYPE_ACCESS_GROUP
+    {sizeof(ipacl_data), 32},         // IPACL_MEM_TYPE_ACCESS_DATA
+    {100, 4},                         // IPACL_MEM_TYPE_KEST_LIST
+    {104, 4},                         // IPACL_MEM_TYPE_KEST_GROUP
+    {258, 4},                         // IPACL_MEM_TYPE_KEST_DATA
+    {sizeof(ipacl_if_prof), 4},       // IPACL_MEM_TYPE_IF_PROF
+    {sizeof(ipacl_prof_sync), 4},     // IPACL_MEM_TYPE_SYNC_PROF
+    {sizeof(ipacl_if_prof_sync), 4},  // IPACL_MEM_TYPE_SYNC_IF_PROF
+    {sizeof(ipacl_filter_sync), 4},   // IPACL_MEM_TYPE_SYNC_FILTER
+    {276, 4},                         // IPACL_MEM_TYPE_SYNC_INTF
 };
 static_assert(sizeof kMemTypeSizes / sizeof kMemTypeSizes[0] == IPACL_MEM_TYPE_SYNC_INTF + 1);
 

@@ -5,6 +5,7 @@
 #include <ipacl/bm.h>
 #include <ipacl/mm.h>
 
+#include "bm/bit_search.h"
 #include "mm/pool_chunk.h"
 #include "mm/pool_index.h"
 
@@ -13,7 +14,7 @@ namespace {
 
 void *take_slot(ipacl_mm &pool, ipacl_mm_chunk &chunk) {
     uint32_t slot = 0;
-    if (ipacl_bm_next_clr(chunk.bitmap, pool.bm_size, 0, &slot) != IPACL_OK) return nullptr;
+    if (!bm::take_lowest_clear(chunk.bitmap, pool.bm_size, &slot)) return nullptr;
     // The bitmap has room for a few bits beyond `count`.  They are only ever
     // reached when a slot was freed twice and `used` undercounts: give the
     // bit back and refuse rather than hand out memory past the slot area.

@@ -6,6 +6,7 @@
 #include <ipacl/bm.h>
 #include <ipacl/mm.h>
 
+#include "bm/bit_address.h"
 #include "mm/pool_chunk.h"
 #include "mm/pool_index.h"
 
@@ -27,6 +28,13 @@ ipacl_mm_chunk *clear_slot(const ipacl_mm &pool, ipacl_mm_chunk *chunk, void *da
         if (err) sprintf(err, "data %p not aligned", data);
         return nullptr;
     }
+    // The bit is cleared in place; ipacl_bm_clr serves the cases that it
+    // refuses (no bitmap, a `bm_size` changed from outside), with its
+    // messages.  `err` is already clear, as ipacl_bm_clr would leave it.
+    if (chunk->bitmap && bm::in_range(pool.bm_size, slot)) {
+        chunk->bitmap[bm::byte_of(slot)] &= static_cast<uint8_t>(~bm::value_of(slot));
+        return chunk;
+    }
     return ipacl_bm_clr(chunk->bitmap, pool.bm_size, slot, err) == IPACL_OK ? chunk : nullptr;
 }
 
@@ -46,12 +54,13 @@ void prefetch_slot(const ipacl_mm &pool, const void *data) {
 // The chunk whose slot `data` is, with that slot's bit already cleared; NULL
 // when none.  Slot areas never overlap, so at most one chunk holds `data`:
 // the index names it, or the walk meets it.
-ipacl_mm_chunk *owner(ipacl_mm &pool, void *data, uint32_t *slot, char *err) {
+ipacl_mm_chunk *owner(ipacl_mm &pool, PoolIndex *index, void *data, uint32_t *slot, char *err) {
     const auto at = reinterpret_cast<uintptr_t>(data);
-    if (PoolIndex *index = index_of(pool)) {
-        ipacl_mm_chunk *chunk = index_holding(*index, at);
+    if (index) {
+        uintptr_t area = 0;
+        ipacl_mm_chunk *chunk = index_holding(*index, at, &area);
         if (!chunk) return nullptr;
-        const bool aligned = index_slot_at(*index, offset_in(*chunk, data), slot);
+        const bool aligned = index_slot_at(*index, at - area, slot);
         return clear_slot(pool, chunk, data, aligned, *slot, err);
     }
     for (ipacl_mm_chunk *chunk = pool.first; chunk; chunk = chunk->next) {
@@ -86,8 +95,8 @@ ipacl_mm_chunk *empty_after_first(ipacl_mm &pool, PoolIndex &index, ipacl_mm_chu
 // An emptied first chunk goes at once; otherwise the first empty chunk after
 // it.  One per call keeps a free cheap and bounded.
 void shrink(ipacl_mm &pool) {
-    PoolIndex &index = *index_roots(pool);
     ipacl_mm_chunk *first = pool.first;
+    PoolIndex &index = *index_roots(pool);
     if (first->used == 0) {
         pool.first = first->next;
         index_remove(index, first);
@@ -114,14 +123,20 @@ extern "C" ipacl_rc ipacl_mm_free(ipacl_mm *pool, void *data, char *err) {
     ipacl_str_zero(err);
     if (!pool->first) return IPACL_E_FAIL;
     ipacl::mm::prefetch_slot(*pool, data);
+    // Looked up once: nothing before the release step can give it up.
+    ipacl::mm::PoolIndex *index = ipacl::mm::index_of(*pool);
     uint32_t slot = 0;
-    ipacl_mm_chunk *chunk = ipacl::mm::owner(*pool, data, &slot, err);
+    ipacl_mm_chunk *chunk = ipacl::mm::owner(*pool, index, data, &slot, err);
     if (!chunk) return IPACL_E_FAIL;
     // A slot freed twice still counts down: `used` is not cross-checked
     // against the bitmap.
     memset(chunk->data + static_cast<size_t>(slot) * pool->slot_size, 0, pool->slot_size);
     --chunk->used;
-    ipacl::mm::index_update(*pool, chunk);
+    if (index) {
+        ipacl::mm::index_place(*index, chunk);
+        // Nothing to release, the common case, seen without a search.
+        if (pool->first->used != 0 && !index->empty.first) return IPACL_OK;
+    }
     ipacl::mm::shrink(*pool);
     return IPACL_OK;
 }

@@ -50,60 +50,33 @@ void note(PoolIndex &index, ipacl_mm_chunk *chunk, bool keep) {
          g <= last >> index.granule_shift; ++g) {
         Hint &hint = index.hints[g & index.hint_mask];
         if (keep)
-            hint = Hint{begin, chunk};
+            hint = Hint{begin, chunk, chunk->bitmap};
         else if (hint.chunk == chunk)
             hint = Hint{};
     }
 }
 
 // Hints per chunk of the pool a new table is sized for, and its bounds.
-constexpr size_t kHintsPerChunk = 4;
+constexpr size_t kHintsPerChunk = 2;
 constexpr size_t kFewestHints = 64;
 constexpr size_t kMostHints = size_t{1} << 20;
 
 // A table behind the record of `chunk`, just linked, taken up in place of
-// the one in use (if any) when it has room for more.
+// the one in use (if any) when it has room for more, and filled with every
+// chunk, so that no free has to search for a chunk merely because it is
+// new to the table.  Tables grow by doubling, so the filling costs each
+// chunk a constant share.  Otherwise `chunk` alone is noted.
 void adopt_hints(PoolIndex &index, ipacl_mm_chunk *chunk) {
     ChunkRecord &record = record_of(chunk);
-    if (record.hint_room <= (index.hints ? index.hint_mask + 1 : 0)) return;
+    if (record.hint_room <= (index.hints ? index.hint_mask + 1 : 0)) {
+        note(index, chunk, true);
+        return;
+    }
     index.hints = reinterpret_cast<Hint *>(&record + 1);
     for (size_t i = 0; i < record.hint_room; ++i) index.hints[i] = Hint{};
     index.hints_owner = chunk;
     index.hint_mask = record.hint_room - 1;
-}
-
-void add(RankSet &set, TreeNode *node) {
-    if (set.first && set.first->key < node->key) {
-        set.rest = tree::insert(set.rest, node);
-        return;
-    }
-    if (set.first) set.rest = tree::insert(set.rest, set.first);
-    set.first = node;
-}
-
-void remove(RankSet &set, const TreeNode *node) {
-    if (node != set.first) {
-        set.rest = tree::erase(set.rest, node->key);
-        return;
-    }
-    set.first = tree::least(set.rest);
-    if (set.first) set.rest = tree::erase(set.rest, set.first->key);
-}
-
-// Puts `node` into or takes it out of `set` as `want` says.
-void keep_in(RankSet &set, TreeNode &node, bool *in, bool want) {
-    if (*in == want) return;
-    if (want)
-        add(set, &node);
-    else
-        remove(set, &node);
-    *in = want;
-}
-
-void place(PoolIndex &index, ipacl_mm_chunk *chunk) {
-    ChunkRecord &record = record_of(chunk);
-    keep_in(index.with_room, record.with_room, &record.has_room, chunk->used < index.count);
-    keep_in(index.empty, record.empty, &record.is_empty, chunk->used == 0);
+    for (ipacl_mm_chunk *each = chunk; each; each = record_of(each).prev) note(index, each, true);
 }
 
 }  // namespace
@@ -128,7 +101,7 @@ void index_append(PoolIndex &index, ipacl_mm_chunk *chunk) {
     record.has_room = false;
     record.is_empty = false;
     ++index.chunks;
-    place(index, chunk);
+    index_place(index, chunk);
     if (area_of(index) == 0) return;
     record.by_address.key = reinterpret_cast<uintptr_t>(chunk->data);
     index.by_address = tree::insert(index.by_address, &record.by_address);
@@ -149,13 +122,11 @@ size_t index_hint_room(ipacl_mm &pool) {
     return room;
 }
 
-void index_place(PoolIndex &index, ipacl_mm_chunk *chunk) { place(index, chunk); }
-
 void index_remove(PoolIndex &index, ipacl_mm_chunk *chunk) {
     if (!index.kept) return;
     ChunkRecord &record = record_of(chunk);
-    keep_in(index.with_room, record.with_room, &record.has_room, false);
-    keep_in(index.empty, record.empty, &record.is_empty, false);
+    rank_keep(index.with_room, record.with_room, &record.has_room, false);
+    rank_keep(index.empty, record.empty, &record.is_empty, false);
     if (area_of(index) != 0) {
         index.by_address = tree::erase(index.by_address, record.by_address.key);
         note(index, chunk, false);

@@ -25,12 +25,14 @@
 
 namespace ipacl::mm {
 
-// Chunks keyed by rank, the first of them kept aside: in a pool in steady
-// use one chunk gains room and fills up again, and so comes and goes
+// Chunks keyed by rank, the first two of them kept aside: in a pool in
+// steady use one chunk gains room and fills up again ahead of the one that
+// had room before (a partly filled last chunk, say), and so comes and goes
 // without touching a tree.
 struct RankSet {
-    TreeNode *first;  // least rank, NULL when the set is empty
-    TreeNode *rest;   // the others
+    TreeNode *first;   // least rank, NULL when the set is empty
+    TreeNode *second;  // NULL or a rank above `first` and at most any in `rest`
+    TreeNode *rest;    // the others
 };
 
 // Recent answers of the address search, kept by stretches of
@@ -46,6 +48,7 @@ struct RankSet {
 struct Hint {
     uintptr_t data;  // the chunk's slot area, so a wrong hint costs no visit
     ipacl_mm_chunk *chunk;
+    const uint8_t *bitmap;  // fetched alongside the record, not read
 };
 
 struct PoolIndex {
@@ -68,14 +71,16 @@ struct PoolIndex {
 // What the library allocates for a chunk: the public record first, so a
 // chunk pointer is a record pointer, then the room of the index, then, in
 // a record made to hold one, a table of hints.
+// What every allocation and free reads (the public record, the two flags)
+// shares the record's first cache line.
 struct ChunkRecord {
     ipacl_mm_chunk chunk;
+    bool has_room;         // in the `with_room` set
+    bool is_empty;         // in the `empty` set
     ipacl_mm_chunk *prev;  // the chunk before in the list, NULL for the first
     SearchNode by_address;
     TreeNode with_room;  // these two are keyed by the chunk's rank
     TreeNode empty;
-    bool has_room;     // in the `with_room` tree
-    bool is_empty;     // in the `empty` tree
     PoolIndex index;   // the live roots while this chunk is the first
     size_t hint_room;  // entries of a hint table just behind the record, or 0
 };
@@ -109,18 +114,63 @@ void index_begin(ipacl_mm &pool);
 // A chunk has just been linked after the last one.
 void index_append(PoolIndex &index, ipacl_mm_chunk *chunk);
 
+// The rank sets' operations, inline: in steady use they end before any
+// tree is touched.
+inline void rank_add(RankSet &set, TreeNode *node) {
+    if (!set.first) {
+        set.first = node;
+        return;
+    }
+    if (node->key < set.first->key) {
+        if (set.second) set.rest = tree::insert(set.rest, set.second);
+        set.second = set.first;
+        set.first = node;
+        return;
+    }
+    if (set.second && node->key < set.second->key) {
+        TreeNode *later = set.second;
+        set.second = node;
+        node = later;
+    }
+    set.rest = tree::insert(set.rest, node);
+}
+
+inline void rank_remove(RankSet &set, const TreeNode *node) {
+    if (node == set.first) {
+        set.first = set.second;
+        set.second = nullptr;
+    } else if (node == set.second) {
+        set.second = nullptr;
+    } else {
+        set.rest = tree::erase(set.rest, node->key);
+        return;
+    }
+    if (set.first || !set.rest) return;
+    set.first = tree::least(set.rest);
+    set.rest = tree::erase(set.rest, set.first->key);
+}
+
+// Puts `node` into or takes it out of `set` as `want` says.
+inline void rank_keep(RankSet &set, TreeNode &node, bool *in, bool want) {
+    if (*in == want) return;
+    if (want)
+        rank_add(set, &node);
+    else
+        rank_remove(set, &node);
+    *in = want;
+}
+
 // `chunk` moved into or out of the sets its `used` now says it belongs to.
-void index_place(PoolIndex &index, ipacl_mm_chunk *chunk);
+inline void index_place(PoolIndex &index, ipacl_mm_chunk *chunk) {
+    ChunkRecord &record = *reinterpret_cast<ChunkRecord *>(chunk);
+    rank_keep(index.with_room, record.with_room, &record.has_room, chunk->used < index.count);
+    rank_keep(index.empty, record.empty, &record.is_empty, chunk->used == 0);
+}
 
 // To call after a chunk's `used` changed.  Inline: most changes move the
 // chunk into no other set, and that is seen without a call.
 inline void index_update(ipacl_mm &pool, ipacl_mm_chunk *chunk) {
-    PoolIndex *index = index_of(pool);
-    if (!index) return;
-    const ChunkRecord &record = *reinterpret_cast<const ChunkRecord *>(chunk);
-    if (record.has_room == (chunk->used < index->count) && record.is_empty == (chunk->used == 0))
-        return;
-    index_place(*index, chunk);
+    if (PoolIndex *index = index_of(pool)) index_place(*index, chunk);
 }
 
 // A chunk just unlinked from the list leaves the index (nothing when the
@@ -153,15 +203,30 @@ inline size_t index_area(const PoolIndex &index) {
 // The chunk holding `at` by the address tree, noted in the hints.
 ipacl_mm_chunk *index_search(PoolIndex &index, uintptr_t at);
 
-inline ipacl_mm_chunk *index_holding(PoolIndex &index, uintptr_t at) {
+// The chunk holding `at`, with the start of its slot area in *area; NULL
+// when none does.  A hint's copy of the start is used, so the slot's
+// position is worked out while the chunk's record is still on its way; the
+// record's own start, once there, must agree.
+inline ipacl_mm_chunk *index_holding(PoolIndex &index, uintptr_t at, uintptr_t *area) {
     if (index.hints) {
         const uintptr_t granule = at >> index.granule_shift;
         for (uintptr_t g = granule; g <= granule + 1; ++g) {
             const Hint &hint = index.hints[g & index.hint_mask];
-            if (hint.chunk && at - hint.data < index_area(index)) return hint.chunk;
+            if (!hint.chunk || at - hint.data >= index_area(index)) continue;
+            // Both are about to be written, and neither address depends
+            // on the other: fetch them together rather than one after
+            // the other.
+            __builtin_prefetch(hint.chunk, 1);
+            __builtin_prefetch(hint.bitmap, 1);
+            if (__builtin_expect(reinterpret_cast<uintptr_t>(hint.chunk->data) != hint.data, 0))
+                break;
+            *area = hint.data;
+            return hint.chunk;
         }
     }
-    return index_search(index, at);
+    ipacl_mm_chunk *chunk = index_search(index, at);
+    if (chunk) *area = reinterpret_cast<uintptr_t>(chunk->data);
+    return chunk;
 }
 
 // The slot at `offset` into a slot area of the index's pool, in *slot;

@@ -21,26 +21,29 @@ const char *tag(role who) {
     }
 }
 
+// The rest of a line, ended and shown at once.
+void finish_line(const char *format, va_list args) {
+    std::vprintf(format, args);
+    std::printf("\n");
+    flush();
+}
+
 }  // namespace
 
 void say(role who, const char *step, const char *format, ...) {
     std::printf("  %s | %-10s ", tag(who), step);
     va_list args;
     va_start(args, format);
-    std::vprintf(format, args);
+    finish_line(format, args);
     va_end(args);
-    std::printf("\n");
-    flush();
 }
 
 void heading(const char *format, ...) {
     std::printf("\n");
     va_list args;
     va_start(args, format);
-    std::vprintf(format, args);
+    finish_line(format, args);
     va_end(args);
-    std::printf("\n");
-    flush();
 }
 
 void show_hex(const std::vector<uint8_t> &bytes, std::size_t lines) {
