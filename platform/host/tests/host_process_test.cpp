@@ -22,11 +22,7 @@
 
 namespace {
 
-using host_test::echo_manager;
-using host_test::EndpointDir;
-using host_test::spawn;
-using host_test::start_manager;
-using host_test::wait_child;
+using namespace host_test;
 using ipacl_host::FrameHeader;
 using Area = std::array<uint8_t, IPACL_HOST_HANDLE_AREA>;
 
@@ -40,8 +36,8 @@ TEST(HostSecurity, AnotherUserCannotReachTheEndpoints) {
     ASSERT_EQ(chmod(dir.path().c_str(), 0711), 0);
     ASSERT_EQ(chmod(dir.socket("svc-98").c_str(), 0777), 0);
     pid_t child = spawn([&] {
-        if (!host_test::become_nobody()) return 1;
-        int fd = host_test::raw_connect(dir.socket("svc-98"));
+        if (!become_nobody()) return 1;
+        int fd = raw_connect(dir.socket("svc-98"));
         if (fd < 0) return 2;
         FrameHeader h{ipacl_host::kFrameMagic, ipacl_host::kRequest, 1, 98, 1, 1, 0, 0};
         send(fd, &h, sizeof h, MSG_NOSIGNAL);
@@ -128,7 +124,7 @@ TEST(HostFaults, MalformedFramesCostOnlyTheirConnection) {
     h.size = h.chunk = 100000;
     frame(h, 100000);  // frame above the limit
     for (const auto &f : frames) {
-        int fd = host_test::raw_connect(dir.socket("svc-98"));
+        int fd = raw_connect(dir.socket("svc-98"));
         ASSERT_GE(fd, 0);
         ASSERT_EQ(send(fd, f.data(), f.size(), MSG_NOSIGNAL), ssize_t(f.size()));
         pollfd p{fd, POLLIN, 0};
@@ -139,8 +135,8 @@ TEST(HostFaults, MalformedFramesCostOnlyTheirConnection) {
     }
     uint32_t client;
     ASSERT_EQ(ipacl_host_open(0, 0, &client), 0);
-    EXPECT_EQ(host_test::echo_once(client, 7), 0u);
-    ipacl_host_stats stats = host_test::ask_stats(client);
+    EXPECT_EQ(echo_once(client, 7), 0u);
+    ipacl_host_stats stats = ask_stats(client);
     EXPECT_EQ(stats.protocol_errors, frames.size());
     EXPECT_EQ(stats.held, 1u);  // only the stats request itself
     EXPECT_EQ(wait_child(manager), 0);

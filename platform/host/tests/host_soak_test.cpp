@@ -24,10 +24,7 @@
 
 namespace {
 
-using host_test::frame;
-using host_test::raw_connect;
-using host_test::spawn;
-using host_test::wait_child;
+using namespace host_test;
 
 constexpr uint32_t kClients = 8, kRequests = 1000;
 constexpr uint32_t kFloodLimit = 200;  // connections the hostile opens per round
@@ -36,7 +33,7 @@ constexpr uint32_t kFloodLimit = 200;  // connections the hostile opens per roun
 // requests of varying sizes, each answer checked.
 int well_behaved(uint32_t c, int ready_fd, int go_fd) {
     uint32_t h;
-    if (ipacl_host_open(0, 0, &h) != 0 || host_test::echo_once(h, c) != 0) return 30;
+    if (ipacl_host_open(0, 0, &h) != 0 || echo_once(h, c) != 0) return 30;
     if (write(ready_fd, "r", 1) != 1) return 31;
     char byte, err[IPACL_ERR_TEXT_SIZE];
     (void)!read(go_fd, &byte, 1);
@@ -60,7 +57,7 @@ int well_behaved(uint32_t c, int ready_fd, int go_fd) {
 // Asks for a 1 MiB answer it will read slowly.
 int ask_large(const std::string &path) {
     int fd = raw_connect(path);
-    if (fd >= 0) host_test::send_request(fd, 1u << 20, 1u << 20);
+    if (fd >= 0) send_request(fd, 1u << 20, 1u << 20);
     return fd;
 }
 
@@ -76,7 +73,7 @@ int hostile(const std::string &path, int stop_fd, int armed_fd) {
         // Answers to every token it can guess.
         if (int fd = raw_connect(path, SOCK_NONBLOCK); fd >= 0) {
             for (uint32_t token = 1; token <= 64; ++token)
-                host_test::send_frame(fd, frame(ipacl_host::kAnswer, token, 0, 0));
+                send_frame(fd, frame(ipacl_host::kAnswer, token, 0, 0));
             close(fd);
         }
         // The largest messages, announced and never sent.
@@ -84,8 +81,7 @@ int hostile(const std::string &path, int stop_fd, int armed_fd) {
         announced.clear();
         for (int i = 0; i < 20; ++i)
             if (int fd = raw_connect(path, SOCK_NONBLOCK); fd >= 0) {
-                host_test::send_frame(fd,
-                                      frame(ipacl_host::kRequest, 1, IPACL_HOST_MAX_PAYLOAD, 0));
+                send_frame(fd, frame(ipacl_host::kRequest, 1, IPACL_HOST_MAX_PAYLOAD, 0));
                 announced.push_back(fd);
             }
         // One frame of the large answer a second (its sixteen frames would
@@ -138,17 +134,17 @@ double run_clients(const std::function<void()> &armed) {
 }
 
 TEST(HostSoak, EightClientsBesideAHostileOne) {
-    host_test::EndpointDir dir;
-    pid_t manager = host_test::start_manager([](uint32_t h) {
+    EndpointDir dir;
+    pid_t manager = start_manager([](uint32_t h) {
         // Room for the eight clients and a few more: the flood finds the end.
-        rlim_t files = rlim_t(host_test::open_descriptors()) + kClients + 12;
+        rlim_t files = rlim_t(open_descriptors()) + kClients + 12;
         rlimit limit{files, files};
         if (setrlimit(RLIMIT_NOFILE, &limit) != 0) return 30;
-        return host_test::echo_manager(h, ~0u, 60000);
+        return echo_manager(h, ~0u, 60000);
     });
     ASSERT_GT(manager, 0);
     usleep(100 * 1000);
-    const long rss_start = host_test::proc_status_kb(manager, "VmRSS");
+    const long rss_start = proc_status_kb(manager, "VmRSS");
     const double alone = run_clients(nullptr);
 
     int stop[2], armed[2];
@@ -174,14 +170,14 @@ TEST(HostSoak, EightClientsBesideAHostileOne) {
     ipacl_host_stats stats{};
     for (int i = 0; i < 100 && stats.send_timeouts == 0; ++i) {
         usleep(100 * 1000);
-        stats = host_test::ask_stats(client);
+        stats = ask_stats(client);
     }
     close(stop[1]);
     EXPECT_EQ(wait_child(attacker, 30000), 0);
     close(armed[0]);
-    stats = host_test::ask_stats(client);
-    const long hwm = host_test::proc_status_kb(manager, "VmHWM");
-    EXPECT_TRUE(host_test::stop_manager(client));
+    stats = ask_stats(client);
+    const long hwm = proc_status_kb(manager, "VmHWM");
+    EXPECT_TRUE(stop_manager(client));
     EXPECT_EQ(wait_child(manager, 30000), 0);
     ipacl_host_close(client);
 

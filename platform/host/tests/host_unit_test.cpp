@@ -22,8 +22,7 @@
 
 namespace {
 
-using host_test::EndpointDir;
-using host_test::stderr_of;
+using namespace host_test;
 
 std::string name_of(uint32_t if_index) {
     char buf[64];
@@ -396,7 +395,7 @@ TEST(HostDir, OnlyAPrivateDirectoryIsUsed) {
     EXPECT_TRUE(fails(ipacl_host_open(0, 0, &h), EACCES));
     setenv("IPACL_HOST_DIR", fresh.c_str(), 1);
     if (geteuid() == 0) {  // only root can hand the directory to another user
-        ASSERT_EQ(chown(fresh.c_str(), host_test::nobody_uid(), host_test::nobody_gid()), 0);
+        ASSERT_EQ(chown(fresh.c_str(), nobody_uid(), nobody_gid()), 0);
         EXPECT_TRUE(fails(ipacl_host_open(0, 0, &h), EACCES));
     }
 
