@@ -314,6 +314,7 @@ TEST(HostHostile, OnlyOneOpenerWinsAName) {
                 uint32_t mine;
                 if (ipacl_host_open(98, 0, &mine) != 0) return errno == EADDRINUSE ? 0 : 1;
                 if (write(won[1], "w", 1) != 1) return 2;
+                close(won[1]);
                 (void)!read(end[0], &byte, 1);  // holds the name to the end of the round
                 return ipacl_host_close(mine) == 0 ? 0 : 3;
             }));
@@ -323,10 +324,11 @@ TEST(HostHostile, OnlyOneOpenerWinsAName) {
         int fd = raw_connect(dir.socket("svc-98"));
         EXPECT_GE(fd, 0) << "round " << round << ": the winner is unreachable";
         close(fd);
-        close(end[1]);
-        for (pid_t pid : openers) EXPECT_EQ(wait_child(pid, 10000), 0);
+        // Every opener has tried (or won) once the pipe is closed by all.
         EXPECT_EQ(read(won[0], &byte, 1), 0) << "round " << round << ": two openers won";
         close(won[0]);
+        close(end[1]);
+        for (pid_t pid : openers) EXPECT_EQ(wait_child(pid, 10000), 0);
     }
 }
 
