@@ -100,81 +100,47 @@ TEST(HostFaults, ManagerDiesBeforeItAnswersAndAnotherTakesOver) {
 
 TEST(HostFaults, MalformedFramesCostOnlyTheirConnection) {
     EndpointDir dir;
-    pid_t manager = start_manager([](uint32_t h) { return echo_manager(h, 2, 20000); });
-    ASSERT_GT(manager, 0);
-    const FrameHeader ok{ipacl_host::kFrameMagic, ipacl_host::kRequest, 1, 98, 1, 1, 10, 10};
+    uint32_t manager;
+    ASSERT_EQ(ipacl_host_open(98, 0, &manager), 0);
+    const FrameHeader ok = frame(ipacl_host::kRequest, 1, 10, 10);
     std::vector<std::vector<uint8_t>> frames{{1, 2, 3}};  // shorter than a header
-    auto frame = [&](FrameHeader h, size_t payload) {
+    auto add = [&](FrameHeader h, size_t payload) {
         std::vector<uint8_t> f(sizeof h + payload, 0x5a);
         memcpy(f.data(), &h, sizeof h);
         frames.push_back(f);
     };
     FrameHeader h = ok;
     h.magic = 0x12345678;
-    frame(h, 10);  // not ours
-    frame(ok, 4);  // truncated payload
-    h = ok;
-    h.size = IPACL_HOST_MAX_PAYLOAD + 1;
-    h.chunk = 0;
-    frame(h, 0);  // oversized
+    add(h, 10);                                                             // not ours
+    add(ok, 4);                                                             // truncated payload
+    add(frame(ipacl_host::kRequest, 1, IPACL_HOST_MAX_PAYLOAD + 1, 0), 0);  // oversized
     h = ok;
     h.kind = ipacl_host::kMore;
-    frame(h, 10);  // continuation first
-    h = ok;
-    h.size = h.chunk = 100000;
-    frame(h, 100000);  // frame above the limit
+    add(h, 10);                                                   // continuation first
+    add(frame(ipacl_host::kRequest, 1, 100000, 100000), 100000);  // frame above the limit
+    Area area;
     for (const auto &f : frames) {
         int fd = raw_connect(dir.socket("svc-98"));
         ASSERT_GE(fd, 0);
         ASSERT_EQ(send(fd, f.data(), f.size(), MSG_NOSIGNAL), ssize_t(f.size()));
+        EXPECT_NE(ipacl_host_accept(manager, area.data(), 200), 0);  // nothing to take
         pollfd p{fd, POLLIN, 0};
-        ASSERT_EQ(poll(&p, 1, 10000), 1);  // the manager hangs up, it does not hang
+        ASSERT_EQ(poll(&p, 1, 5000), 1);  // hung up on
         char buf[8];
         EXPECT_LE(recv(fd, buf, sizeof buf, 0), 0);
         close(fd);
     }
-    uint32_t client;
-    ASSERT_EQ(ipacl_host_open(0, 0, &client), 0);
-    EXPECT_EQ(echo_once(client, 7), 0u);
-    ipacl_host_stats stats = ask_stats(client);
+    ipacl_host_stats stats;
+    ASSERT_EQ(ipacl_host_stats_get(manager, &stats), 0);
     EXPECT_EQ(stats.protocol_errors, frames.size());
-    EXPECT_EQ(stats.held, 1u);  // only the stats request itself
-    EXPECT_EQ(wait_child(manager), 0);
-    ipacl_host_close(client);
+    EXPECT_EQ(stats.connections, 0u);
+    ipacl_host_close(manager);
 }
 
-TEST(HostFaults, RequesterGoneBeforeTheAnswer) {
-    EndpointDir dir;
-    int go[2];
-    ASSERT_EQ(pipe(go), 0);
-    pid_t manager = start_manager([&](uint32_t h) {
-        close(go[1]);
-        Area area;
-        if (ipacl_host_accept(h, area.data(), 20000) != 0) return 20;
-        char byte;
-        if (read(go[0], &byte, 1) != 0) return 21;  // until the requester has gone
-        char err[IPACL_ERR_TEXT_SIZE];
-        uint32_t rc = ipacl_wrap_vel_rsp(h, vel_rr_token_get(area.data()), "late", 4, err);
-        vel_drop(h, area.data());
-        return rc == EPIPE && err == "failed vel_send_response() " + std::to_string(EPIPE) ? 0 : 22;
-    });
-    close(go[0]);
-    ASSERT_GT(manager, 0);
-    pid_t requester = spawn([] {
-        uint32_t h;
-        ipacl_vel_msg req{};
-        uint8_t rr[IPACL_HOST_HANDLE_AREA];
-        char err[IPACL_ERR_TEXT_SIZE];
-        if (ipacl_host_open(0, 0, &h) != 0 || ipacl_wrap_vel_send(h, rr, &req, err) != 0) return 1;
-        _exit(0);  // gone without waiting or closing
-        return 0;
-    });
-    EXPECT_EQ(wait_child(requester), 0);
-    close(go[1]);
-    EXPECT_EQ(wait_child(manager), 0);
-}
-
-TEST(HostFaults, AChildClosingAnInheritedEndpointLeavesItServing) {
+// Children come and go: one closing the endpoints it inherited unregisters
+// nothing and cuts no connection; one gone before its answer costs only
+// that answer.
+TEST(HostFaults, ChildrenComingAndGoingLeaveTheManagerServing) {
     EndpointDir dir;
     uint32_t manager, client;
     ASSERT_EQ(ipacl_host_open(98, 0, &manager), 0);
@@ -189,14 +155,24 @@ TEST(HostFaults, AChildClosingAnInheritedEndpointLeavesItServing) {
     struct stat st;
     EXPECT_EQ(stat(dir.socket("svc-98").c_str(), &st), 0);  // still registered
     Area area;
-    for (int i = 0; i < 2; ++i) {  // the old connection and a new one
-        ASSERT_EQ(ipacl_host_accept(manager, area.data(), 2000), 0) << strerror(errno);
-        vel_drop(manager, area.data());
-        uint32_t other;
-        ASSERT_EQ(ipacl_host_open(0, 0, &other), 0);
-        ASSERT_EQ(ipacl_wrap_vel_send(other, nullptr, &req, err), 0u);
-        ipacl_host_close(other);
-    }
+    ASSERT_EQ(ipacl_host_accept(manager, area.data(), 2000), 0) << strerror(errno);
+    vel_drop(manager, area.data());
+
+    pid_t requester = spawn([] {
+        uint32_t h;
+        ipacl_vel_msg req{};
+        uint8_t rr[IPACL_HOST_HANDLE_AREA];
+        char err[IPACL_ERR_TEXT_SIZE];
+        if (ipacl_host_open(0, 0, &h) != 0 || ipacl_wrap_vel_send(h, rr, &req, err) != 0) return 1;
+        _exit(0);  // gone without waiting or closing
+        return 0;
+    });
+    EXPECT_EQ(wait_child(requester), 0);
+    ASSERT_EQ(ipacl_host_accept(manager, area.data(), 2000), 0) << strerror(errno);
+    EXPECT_EQ(ipacl_wrap_vel_rsp(manager, vel_rr_token_get(area.data()), "late", 4, err),
+              uint32_t(EPIPE));
+    EXPECT_STREQ(err, ("failed vel_send_response() " + std::to_string(EPIPE)).c_str());
+    vel_drop(manager, area.data());
     ipacl_host_close(client);
     ipacl_host_close(manager);
 }
