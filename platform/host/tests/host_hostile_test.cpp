@@ -113,14 +113,9 @@ TEST(HostHostile, ForgedAnswersAreDroppedAndPushNothingOut) {
 
 // An echo manager whose address space is limited to what it uses at start
 // plus `headroom` bytes (not under the sanitizers, which reserve more than
-// any limit).  `binds` says whether an allocation of `probe` bytes then
+// any limit).  *binds tells whether an allocation of `probe` bytes then
 // fails: under an emulator the limit binds the emulator, not this program.
-struct LimitedManager {
-    pid_t pid = -1;
-    bool binds = false;
-};
-
-LimitedManager start_limited_manager(rlim_t headroom, size_t probe) {
+pid_t start_limited_manager(rlim_t headroom, size_t probe, bool *binds) {
     char said = 'n';
     pid_t pid = spawn_ready(
         [&](int ready) {
@@ -136,14 +131,16 @@ LimitedManager start_limited_manager(rlim_t headroom, size_t probe) {
             return echo_manager(h, ~0u, 30000);
         },
         &said);
-    return {pid, said == 'r'};
+    *binds = said == 'r';
+    return pid;
 }
 
 TEST(HostHostile, MemoryFollowsBytesNotAnnouncements) {
     EndpointDir dir;
     // Room for the caps and little more: an allocation sized by what peers
     // announce cannot fit.
-    pid_t manager = start_limited_manager(2 * rlim_t(IPACL_HOST_MAX_BUFFERED), 0).pid;
+    bool binds;
+    pid_t manager = start_limited_manager(2 * rlim_t(IPACL_HOST_MAX_BUFFERED), 0, &binds);
     ASSERT_GT(manager, 0);
     uint32_t client;
     ASSERT_EQ(ipacl_host_open(0, 0, &client), 0);
@@ -186,12 +183,13 @@ TEST(HostHostile, RunningOutOfMemoryCostsOnlyThatConnection) {
     if (kSanitized) GTEST_SKIP() << "the sanitizers reserve more address space than any limit";
     EndpointDir dir;
     // Too little address space left for the largest message.
-    LimitedManager limited =
-        start_limited_manager(IPACL_HOST_MAX_PAYLOAD / 2, IPACL_HOST_MAX_PAYLOAD);
-    ASSERT_GT(limited.pid, 0);
+    bool binds;
+    pid_t manager =
+        start_limited_manager(IPACL_HOST_MAX_PAYLOAD / 2, IPACL_HOST_MAX_PAYLOAD, &binds);
+    ASSERT_GT(manager, 0);
     uint32_t client;
     ASSERT_EQ(ipacl_host_open(0, 0, &client), 0);
-    if (limited.binds) {
+    if (binds) {
         ASSERT_EQ(echo_once(client, 1), 0u);
         pid_t attacker = spawn([&] {
             int fd = raw_connect(dir.socket("svc-98"));
@@ -201,8 +199,8 @@ TEST(HostHostile, RunningOutOfMemoryCostsOnlyThatConnection) {
         EXPECT_EQ(wait_child(attacker, 30000), 0);
         EXPECT_EQ(echo_once(client, 2), 0u);
     }
-    EXPECT_GE(stop_after_attack(client, limited.pid).over_limit, limited.binds ? 1u : 0u);
-    if (!limited.binds) GTEST_SKIP() << "the address-space limit does not bind here (an emulator?)";
+    EXPECT_GE(stop_after_attack(client, manager).over_limit, binds ? 1u : 0u);
+    if (!binds) GTEST_SKIP() << "the address-space limit does not bind here (an emulator?)";
 }
 
 TEST(HostHostile, AReaderThatStopsStallsNobody) {

@@ -263,12 +263,10 @@ long proc_status_kb(pid_t pid, const char *field) {
 long cpu_ticks(pid_t pid) {
     std::ifstream in("/proc/" + std::to_string(pid) + "/stat");
     std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    // Fields 14 and 15 (user and system time) follow the parenthesised name.
-    std::istringstream rest(text.substr(text.rfind(')') + 2));
-    std::string field;
+    // User and system time, fields 14 and 15, follow the parenthesised name.
     long utime = 0, stime = 0;
-    for (int i = 3; i <= 13; ++i) rest >> field;
-    rest >> utime >> stime;
+    sscanf(text.c_str() + text.rfind(')') + 1,
+           " %*s %*s %*s %*s %*s %*s %*s %*s %*s %*s %*s %ld %ld", &utime, &stime);
     return utime + stime;
 }
 

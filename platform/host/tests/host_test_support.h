@@ -1,6 +1,5 @@
-// Helpers for the host platform's tests: a private endpoint directory per
-// test, child processes with a bounded wait, raw connections and a manager
-// that echoes.
+// Helpers for the host platform's tests: a private endpoint directory, child
+// processes with a bounded wait, raw peers and a manager that echoes.
 #pragma once
 
 #include <cstdint>
@@ -36,8 +35,8 @@ int wait_child(pid_t pid, int timeout_ms = 60000);
 // descriptor body is given (stored in *said); -1 when none came.
 pid_t spawn_ready(const std::function<int(int ready_fd)> &body, char *said = nullptr);
 
-// A raw SOCK_SEQPACKET connection to path (socket flags such as
-// SOCK_NONBLOCK added), or -1.
+// A raw SOCK_SEQPACKET connection to path (flags such as SOCK_NONBLOCK
+// added), or -1.
 int raw_connect(const std::string &path, int flags = 0);
 // The header of a frame a raw peer sends to service 98, awaiting an answer.
 ipacl_host::FrameHeader frame(uint32_t kind, uint32_t token, uint32_t size, uint32_t chunk);
@@ -73,7 +72,6 @@ long proc_status_kb(pid_t pid, const char *field);
 // CPU time the process used so far, in clock ticks.
 long cpu_ticks(pid_t pid);
 
-// The uid and gid of "nobody".
 uid_t nobody_uid();
 gid_t nobody_gid();
 // Drops to "nobody" for good (child processes only); false on failure.
