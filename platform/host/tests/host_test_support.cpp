@@ -1,7 +1,7 @@
 #include "host_test_support.h"
 
 #include <algorithm>
-
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -14,8 +14,6 @@
 #include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <array>
 #include <fstream>
 #include <poll.h>
 #include <sstream>
@@ -112,6 +110,12 @@ int raw_connect(const std::string &path, int flags) {
     return -1;
 }
 
+bool hung_up(int fd, int timeout_ms) {
+    pollfd p{fd, POLLIN, 0};
+    char byte;
+    return poll(&p, 1, timeout_ms) == 1 && recv(fd, &byte, 1, 0) <= 0;
+}
+
 ipacl_host::FrameHeader frame(uint32_t kind, uint32_t token, uint32_t size, uint32_t chunk) {
     return {ipacl_host::kFrameMagic, kind, 1, 98, token, ipacl_host::kAwaited, size, chunk};
 }
@@ -177,12 +181,9 @@ pid_t spawn_ready(const std::function<int(int ready_fd)> &body, char *said) {
     char byte;
     bool ok = poll(&p, 1, 20000) == 1 && read(ready[0], &byte, 1) == 1;
     close(ready[0]);
-    if (!ok) {
-        wait_child(pid, 0);
-        return -1;
-    }
-    if (said) *said = byte;
-    return pid;
+    if (ok && said) *said = byte;
+    if (!ok) wait_child(pid, 0);
+    return ok ? pid : -1;
 }
 
 pid_t start_manager(const std::function<int(uint32_t)> &loop) {

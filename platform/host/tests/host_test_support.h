@@ -38,6 +38,8 @@ pid_t spawn_ready(const std::function<int(int ready_fd)> &body, char *said = nul
 // A raw SOCK_SEQPACKET connection to path (flags such as SOCK_NONBLOCK
 // added), or -1.
 int raw_connect(const std::string &path, int flags = 0);
+// True when the peer hangs up on fd within timeout_ms.
+bool hung_up(int fd, int timeout_ms);
 // The header of a frame a raw peer sends to service 98, awaiting an answer.
 ipacl_host::FrameHeader frame(uint32_t kind, uint32_t token, uint32_t size, uint32_t chunk);
 // Sends one frame: h and h.chunk bytes of payload; false once cut off.
