@@ -13,14 +13,12 @@
 #include <vector>
 
 #include "host_test_support.h"
-#include "ipacl_host.h"
 
 namespace {
 
 using namespace host_test;
 
 constexpr uint32_t kClients = 8, kRequests = 1000;
-constexpr uint32_t kFloodLimit = 200;  // connections the hostile opens per round
 
 // A client: one warm-up request, then, once `go` gives it a byte, the rest.
 int well_behaved(uint32_t c, int ready_fd, int go_fd) {
@@ -61,7 +59,7 @@ int hostile(const std::string &path, int stop_fd, int armed_fd) {
             }
         // Connections until the manager runs out of descriptors.
         std::vector<int> flood;
-        for (int fd; flood.size() < kFloodLimit && (fd = raw_connect(path, SOCK_NONBLOCK)) >= 0;)
+        for (int fd; flood.size() < 200 && (fd = raw_connect(path, SOCK_NONBLOCK)) >= 0;)
             flood.push_back(fd);
         usleep(50 * 1000);
         for (int fd : flood) close(fd);

@@ -200,32 +200,24 @@ pid_t start_manager(const std::function<int(uint32_t)> &loop) {
 
 int echo_manager(uint32_t h, uint32_t expected, uint32_t idle_ms) {
     char err[IPACL_ERR_TEXT_SIZE];
-    for (uint32_t handled = 0; handled < expected;) {
-        std::vector<Area> batch(1);
-        if (ipacl_host_accept(h, batch[0].data(), idle_ms) != 0) return 20;
-        Area next;
-        while (batch.size() < 16 && ipacl_host_accept(h, next.data(), 0) == 0)
-            batch.push_back(next);
-        bool stop = false;
-        for (auto it = batch.rbegin(); it != batch.rend(); ++it, ++handled) {
-            ipacl_host_msg_info info;
-            if (ipacl_host_msg_info_get(it->data(), &info) != 0) return 21;
-            void *payload = vel_payload_get(it->data());
-            uint32_t size = vel_payload_size(it->data());
-            ipacl_host_stats stats{};
-            if (info.opcode == kStatsOpcode) {
-                ipacl_host_stats_get(h, &stats);
-                payload = &stats;
-                size = sizeof stats;
-            }
-            stop = stop || info.opcode == kStopOpcode;
-            uint32_t rc = ipacl_wrap_vel_rsp(h, vel_rr_token_get(it->data()), payload, size, err);
-            // A requester may have gone away or been cut off; the manager
-            // carries on.
-            if (rc != 0 && rc != EPIPE && rc != ENOBUFS) return 22;
-            vel_drop(h, it->data());
+    for (uint32_t handled = 0; handled < expected; ++handled) {
+        Area area;
+        ipacl_host_msg_info info;
+        if (ipacl_host_accept(h, area.data(), idle_ms) != 0) return 20;
+        if (ipacl_host_msg_info_get(area.data(), &info) != 0) return 21;
+        void *payload = vel_payload_get(area.data());
+        uint32_t size = vel_payload_size(area.data());
+        ipacl_host_stats stats{};
+        if (info.opcode == kStatsOpcode) {
+            ipacl_host_stats_get(h, &stats);
+            payload = &stats;
+            size = sizeof stats;
         }
-        if (stop) return 0;
+        uint32_t rc = ipacl_wrap_vel_rsp(h, vel_rr_token_get(area.data()), payload, size, err);
+        vel_drop(h, area.data());
+        // A requester may have gone away or been cut off; the manager carries on.
+        if (rc != 0 && rc != EPIPE && rc != ENOBUFS) return 22;
+        if (info.opcode == kStopOpcode) return 0;
     }
     return 0;
 }

@@ -57,10 +57,9 @@ std::string stderr_of(const std::function<void()> &fn);
 // A manager process serving 98 with `loop`, started once its endpoint is
 // registered; -1 when it did not come up.
 pid_t start_manager(const std::function<int(uint32_t)> &loop);
-// Answers every request with its own payload, in batches answered last
-// first so that answers to different clients interleave, until `expected`
-// were handled, a stop request came or nothing came for idle_ms.  A stats
-// request is answered with the endpoint's counters.
+// Answers every request with its own payload (a stats request with the
+// endpoint's counters) until `expected` were handled, a stop request came or
+// nothing came for idle_ms.
 int echo_manager(uint32_t h, uint32_t expected, uint32_t idle_ms);
 // The counters of the manager `client` talks to (zero when it cannot ask).
 ipacl_host_stats ask_stats(uint32_t client);
