@@ -17,11 +17,9 @@ static int fail(const char *what) {
 }
 
 int main(void) {
-    char dir[] = "/tmp/ipacl-host-c-XXXXXX";
-    uint32_t manager, client;
+    char dir[] = "/tmp/ipacl-host-c-XXXXXX", err[IPACL_ERR_TEXT_SIZE], name[IPACL_STR_SIZE];
+    uint32_t manager, client, options[10] = {1, 0, 10, 0};
     uint8_t area[IPACL_HOST_HANDLE_AREA], rr[IPACL_HOST_HANDLE_AREA];
-    uint32_t options[10] = {1, 0, 10, 0};
-    char err[IPACL_ERR_TEXT_SIZE], name[IPACL_STR_SIZE];
     ipacl_vel_msg req = {0};
     int rc = 0;
 
@@ -43,7 +41,6 @@ int main(void) {
     if (vel_recv(client, area, options) != 0 || memcmp(vel_payload_get(area), "pong", 4) != 0)
         rc = fail("answer");
     vel_drop(client, area);
-
     ipacl_str_if_index(ipacl_host_if_index(IPACL_HOST_IF_ETH, 1, 0, 3), name);
     if (strcmp(name, "eth1/3") != 0) rc = fail(name);
     ipacl_host_close(client);

@@ -154,7 +154,6 @@ TEST(HostHostile, MemoryFollowsBytesNotAnnouncements) {
     const long hwm = proc_status_kb(manager, "VmHWM");
     EXPECT_GE(stop_after_attack(client, manager).over_limit, 100u - IPACL_HOST_MAX_PARTIAL);
     if (kSanitized) return;  // peak memory means nothing under the sanitizers
-    std::cout << "manager RSS before the attack " << rss_before << " KiB, peak " << hwm << " KiB\n";
     // The caps bound what is kept; the allocator may hold one more message.
     EXPECT_LT(hwm - rss_before,
               long((IPACL_HOST_MAX_BUFFERED + IPACL_HOST_MAX_PAYLOAD) / 1024) + 8 * 1024);

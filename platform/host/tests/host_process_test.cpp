@@ -104,10 +104,8 @@ TEST(HostFaults, MalformedFramesCostOnlyTheirConnection) {
     add(h, 10);                                                             // not ours
     add(ok, 4);                                                             // truncated payload
     add(frame(ipacl_host::kRequest, 1, IPACL_HOST_MAX_PAYLOAD + 1, 0), 0);  // oversized
-    h = ok;
-    h.kind = ipacl_host::kMore;
-    add(h, 10);                                                   // continuation first
-    add(frame(ipacl_host::kRequest, 1, 100000, 100000), 100000);  // frame above the limit
+    add(frame(ipacl_host::kMore, 1, 10, 10), 10);                           // continuation first
+    add(frame(ipacl_host::kRequest, 1, 100000, 100000), 100000);            // frame above the limit
     Area area;
     for (const auto &f : frames) {
         int fd = raw_connect(dir.socket("svc-98"));

@@ -124,14 +124,10 @@ TEST(HostSoak, EightClientsBesideAHostileOne) {
     // Let the unread answer's deadline pass, then call off the attack.
     uint32_t client;
     ASSERT_EQ(ipacl_host_open(0, 0, &client), 0);
-    ipacl_host_stats stats{};
-    for (int i = 0; i < 100 && stats.send_timeouts == 0; ++i) {
-        usleep(100 * 1000);
-        stats = ask_stats(client);
-    }
+    for (int i = 0; i < 100 && ask_stats(client).send_timeouts == 0; ++i) usleep(100 * 1000);
     close(stop[1]);
     EXPECT_EQ(wait_child(attacker, 30000), 0);
-    stats = ask_stats(client);
+    const ipacl_host_stats stats = ask_stats(client);
     const long hwm = proc_status_kb(manager, "VmHWM");
     EXPECT_TRUE(stop_manager(client));
     EXPECT_EQ(wait_child(manager, 30000), 0);

@@ -35,8 +35,7 @@ int wait_child(pid_t pid, int timeout_ms = 60000);
 // descriptor body is given (stored in *said); -1 when none came.
 pid_t spawn_ready(const std::function<int(int ready_fd)> &body, char *said = nullptr);
 
-// A raw SOCK_SEQPACKET connection to path (flags such as SOCK_NONBLOCK
-// added), or -1.
+// A raw SOCK_SEQPACKET connection to path, with extra socket flags; or -1.
 int raw_connect(const std::string &path, int flags = 0);
 // True when the peer hangs up on fd within timeout_ms.
 bool hung_up(int fd, int timeout_ms);
@@ -54,8 +53,7 @@ int open_descriptors();
 // What was written to standard error while fn ran.
 std::string stderr_of(const std::function<void()> &fn);
 
-// A manager process serving 98 with `loop`, started once its endpoint is
-// registered; -1 when it did not come up.
+// A manager process serving 98 with `loop` once registered; -1 if it failed.
 pid_t start_manager(const std::function<int(uint32_t)> &loop);
 // Answers every request with its own payload (a stats request with the
 // endpoint's counters) until `expected` were handled, a stop request came or
