@@ -89,7 +89,6 @@ TEST(HostHostile, ForgedAnswersAreDroppedAndPushNothingOut) {
     ASSERT_EQ(ipacl_host_stats_get(manager, &stats), 0);
     EXPECT_GE(stats.forged_answers, 1u);
     EXPECT_EQ(stats.protocol_errors, stats.forged_answers);
-    EXPECT_EQ(stats.dropped, 0u);
     ipacl_host_close(standby);
     ipacl_host_close(manager);
 }
