@@ -119,7 +119,7 @@ pid_t start_limited_manager(rlim_t headroom, size_t probe, bool *binds) {
 
 TEST(HostHostile, MemoryFollowsBytesNotAnnouncements) {
     EndpointDir dir;
-    // Room for the caps and little more than what announcements would cost.
+    // Room for the caps, not for what the announcements claim.
     bool binds;
     pid_t manager = start_limited_manager(2 * rlim_t(IPACL_HOST_MAX_BUFFERED), 0, &binds);
     ASSERT_GT(manager, 0);
