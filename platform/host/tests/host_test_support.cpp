@@ -1,5 +1,7 @@
 #include "host_test_support.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -12,11 +14,9 @@
 #include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <array>
 #include <fstream>
-#include <sstream>
 #include <poll.h>
+#include <sstream>
 
 #include <ipacl/ipacl.h>
 
@@ -27,6 +27,36 @@
 #endif
 
 namespace host_test {
+
+namespace {
+
+using Area = std::array<uint8_t, IPACL_HOST_HANDLE_AREA>;
+constexpr uint32_t kStatsOpcode = 0xdead;  // answered with the endpoint's counters
+constexpr uint32_t kStopOpcode = 0xdeaf;   // answered, then the manager returns 0
+
+sockaddr_un address_of(const std::string &path) {
+    sockaddr_un addr{};
+    addr.sun_family = AF_UNIX;
+    snprintf(addr.sun_path, sizeof addr.sun_path, "%s", path.c_str());
+    return addr;
+}
+
+// One request and the bytes of its answer; 0 or the wrapper's result.
+uint32_t ask(uint32_t client, uint32_t opcode, const void *payload, uint32_t size,
+             std::string &answer) {
+    ipacl_vel_msg req{}, rsp{};
+    req.opcode = opcode;
+    req.payload = const_cast<void *>(payload);
+    req.size = size;
+    char err[IPACL_ERR_TEXT_SIZE];
+    uint32_t rc = ipacl_wrap_vel_req_rsp(client, &req, &rsp, err);
+    if (rc != 0) return rc;
+    answer.assign(static_cast<const char *>(rsp.payload), rsp.size);
+    vel_drop(client, rsp.handle);
+    return 0;
+}
+
+}  // namespace
 
 EndpointDir::EndpointDir() {
     char tmpl[] = "/tmp/ipacl-host-test-XXXXXX";
@@ -72,23 +102,44 @@ int wait_child(pid_t pid, int timeout_ms) {
 
 int raw_connect(const std::string &path, int flags) {
     int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | flags, 0);
-    sockaddr_un addr{};
-    addr.sun_family = AF_UNIX;
-    snprintf(addr.sun_path, sizeof addr.sun_path, "%s", path.c_str());
-    if (connect(fd, reinterpret_cast<sockaddr *>(&addr), sizeof addr) != 0) {
-        int saved = errno;
-        close(fd);
-        errno = saved;
-        return -1;
+    sockaddr_un addr = address_of(path);
+    if (connect(fd, reinterpret_cast<sockaddr *>(&addr), sizeof addr) == 0) return fd;
+    int saved = errno;
+    close(fd);
+    errno = saved;
+    return -1;
+}
+
+bool hung_up(int fd, int timeout_ms) {
+    pollfd p{fd, POLLIN, 0};
+    char byte;
+    return poll(&p, 1, timeout_ms) == 1 && recv(fd, &byte, 1, 0) <= 0;
+}
+
+ipacl_host::FrameHeader frame(uint32_t kind, uint32_t token, uint32_t size, uint32_t chunk) {
+    return {ipacl_host::kFrameMagic, kind, 1, 98, token, ipacl_host::kAwaited, size, chunk};
+}
+
+bool send_frame(int fd, const ipacl_host::FrameHeader &h, const void *payload) {
+    std::vector<uint8_t> bytes(sizeof h + h.chunk);
+    memcpy(bytes.data(), &h, sizeof h);
+    if (h.chunk) memcpy(bytes.data() + sizeof h, payload, h.chunk);
+    return send(fd, bytes.data(), bytes.size(), MSG_NOSIGNAL) == ssize_t(bytes.size());
+}
+
+bool send_request(int fd, uint32_t size, uint32_t stop_at) {
+    static const std::vector<uint8_t> chunk(ipacl_host::kMaxChunk, 0x5a);
+    ipacl_host::FrameHeader h = frame(ipacl_host::kRequest, 1, size, 0);
+    for (uint32_t sent = 0; sent < stop_at; sent += h.chunk, h.kind = ipacl_host::kMore) {
+        h.chunk = std::min(ipacl_host::kMaxChunk, size - sent);
+        if (!send_frame(fd, h, chunk.data())) return false;
     }
-    return fd;
+    return true;
 }
 
 int bind_socket(const std::string &path) {
     int fd = socket(AF_UNIX, SOCK_SEQPACKET, 0);
-    sockaddr_un addr{};
-    addr.sun_family = AF_UNIX;
-    snprintf(addr.sun_path, sizeof addr.sun_path, "%s", path.c_str());
+    sockaddr_un addr = address_of(path);
     if (bind(fd, reinterpret_cast<sockaddr *>(&addr), sizeof addr) == 0) return fd;
     close(fd);
     return -1;
@@ -118,8 +169,6 @@ std::string stderr_of(const std::function<void()> &fn) {
     return out;
 }
 
-using Area = std::array<uint8_t, IPACL_HOST_HANDLE_AREA>;
-
 pid_t spawn_ready(const std::function<int(int ready_fd)> &body, char *said) {
     int ready[2];
     if (pipe(ready) != 0) return -1;
@@ -132,12 +181,9 @@ pid_t spawn_ready(const std::function<int(int ready_fd)> &body, char *said) {
     char byte;
     bool ok = poll(&p, 1, 20000) == 1 && read(ready[0], &byte, 1) == 1;
     close(ready[0]);
-    if (!ok) {
-        wait_child(pid, 0);
-        return -1;
-    }
-    if (said) *said = byte;
-    return pid;
+    if (ok && said) *said = byte;
+    if (!ok) wait_child(pid, 0);
+    return ok ? pid : -1;
 }
 
 pid_t start_manager(const std::function<int(uint32_t)> &loop) {
@@ -154,69 +200,46 @@ pid_t start_manager(const std::function<int(uint32_t)> &loop) {
 
 int echo_manager(uint32_t h, uint32_t expected, uint32_t idle_ms) {
     char err[IPACL_ERR_TEXT_SIZE];
-    for (uint32_t handled = 0; handled < expected;) {
-        std::vector<Area> batch(1);
-        if (ipacl_host_accept(h, batch[0].data(), idle_ms) != 0) return 20;
-        Area next;
-        while (batch.size() < 16 && ipacl_host_accept(h, next.data(), 0) == 0)
-            batch.push_back(next);
-        bool stop = false;
-        for (auto it = batch.rbegin(); it != batch.rend(); ++it, ++handled) {
-            ipacl_host_msg_info info;
-            if (ipacl_host_msg_info_get(it->data(), &info) != 0) return 21;
-            uint32_t token = vel_rr_token_get(it->data());
-            uint32_t rc;
-            if (info.opcode == kStatsOpcode) {
-                ipacl_host_stats stats{};
-                ipacl_host_stats_get(h, &stats);
-                rc = ipacl_wrap_vel_rsp(h, token, &stats, sizeof stats, err);
-            } else {
-                stop = stop || info.opcode == kStopOpcode;
-                rc = ipacl_wrap_vel_rsp(h, token, vel_payload_get(it->data()),
-                                        vel_payload_size(it->data()), err);
-            }
-            // A requester may have gone away or been cut off; the manager
-            // carries on.
-            if (rc != 0 && rc != EPIPE && rc != ENOBUFS) return 22;
-            vel_drop(h, it->data());
+    for (uint32_t handled = 0; handled < expected; ++handled) {
+        Area area;
+        ipacl_host_msg_info info;
+        if (ipacl_host_accept(h, area.data(), idle_ms) != 0) return 20;
+        if (ipacl_host_msg_info_get(area.data(), &info) != 0) return 21;
+        void *payload = vel_payload_get(area.data());
+        uint32_t size = vel_payload_size(area.data());
+        ipacl_host_stats stats{};
+        if (info.opcode == kStatsOpcode) {
+            ipacl_host_stats_get(h, &stats);
+            payload = &stats;
+            size = sizeof stats;
         }
-        if (stop) return 0;
+        uint32_t rc = ipacl_wrap_vel_rsp(h, vel_rr_token_get(area.data()), payload, size, err);
+        vel_drop(h, area.data());
+        // A requester may have gone away or been cut off; the manager carries on.
+        if (rc != 0 && rc != EPIPE && rc != ENOBUFS) return 22;
+        if (info.opcode == kStopOpcode) return 0;
     }
     return 0;
 }
 
 ipacl_host_stats ask_stats(uint32_t client) {
     ipacl_host_stats stats{};
-    ipacl_vel_msg req{}, rsp{};
-    req.opcode = kStatsOpcode;
-    char err[IPACL_ERR_TEXT_SIZE];
-    if (ipacl_wrap_vel_req_rsp(client, &req, &rsp, err) == 0 && rsp.size == sizeof stats) {
-        memcpy(&stats, rsp.payload, sizeof stats);
-        vel_drop(client, rsp.handle);
-    }
+    std::string answer;
+    if (ask(client, kStatsOpcode, nullptr, 0, answer) == 0 && answer.size() == sizeof stats)
+        memcpy(&stats, answer.data(), sizeof stats);
     return stats;
 }
 
 uint32_t echo_once(uint32_t client, uint32_t value) {
-    ipacl_vel_msg req{}, rsp{};
-    req.opcode = 1;
-    req.payload = &value;
-    req.size = sizeof value;
-    char err[IPACL_ERR_TEXT_SIZE];
-    uint32_t rc = ipacl_wrap_vel_req_rsp(client, &req, &rsp, err);
+    std::string answer;
+    uint32_t rc = ask(client, 1, &value, sizeof value, answer);
     if (rc != 0) return rc;
-    bool same = rsp.size == sizeof value && memcmp(rsp.payload, &value, sizeof value) == 0;
-    vel_drop(client, rsp.handle);
-    return same ? 0 : 0xbad;
+    return answer == std::string(reinterpret_cast<const char *>(&value), sizeof value) ? 0 : 0xbad;
 }
 
 bool stop_manager(uint32_t client) {
-    ipacl_vel_msg req{}, rsp{};
-    req.opcode = kStopOpcode;
-    char err[IPACL_ERR_TEXT_SIZE];
-    if (ipacl_wrap_vel_req_rsp(client, &req, &rsp, err) != 0) return false;
-    vel_drop(client, rsp.handle);
-    return true;
+    std::string answer;
+    return ask(client, kStopOpcode, nullptr, 0, answer) == 0;
 }
 
 long proc_status_kb(pid_t pid, const char *field) {
@@ -233,28 +256,18 @@ long proc_status_kb(pid_t pid, const char *field) {
 long cpu_ticks(pid_t pid) {
     std::ifstream in("/proc/" + std::to_string(pid) + "/stat");
     std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    // Fields 14 and 15 (user and system time) follow the parenthesised name.
-    std::istringstream rest(text.substr(text.rfind(')') + 2));
-    std::string field;
+    // User and system time, fields 14 and 15, follow the parenthesised name.
     long utime = 0, stime = 0;
-    for (int i = 3; i <= 13; ++i) rest >> field;
-    rest >> utime >> stime;
+    sscanf(text.c_str() + text.rfind(')') + 1,
+           " %*s %*s %*s %*s %*s %*s %*s %*s %*s %*s %*s %ld %ld", &utime, &stime);
     return utime + stime;
 }
 
-uid_t nobody_uid() {
-    const passwd *pw = getpwnam("nobody");
-    return pw ? pw->pw_uid : 65534;
-}
-
-gid_t nobody_gid() {
-    const passwd *pw = getpwnam("nobody");
-    return pw ? pw->pw_gid : 65534;
-}
+uid_t nobody_uid() { return getpwnam("nobody") ? getpwnam("nobody")->pw_uid : 65534; }
+gid_t nobody_gid() { return getpwnam("nobody") ? getpwnam("nobody")->pw_gid : 65534; }
 
 bool become_nobody() {
-    gid_t gid = nobody_gid();
-    return setgroups(0, nullptr) == 0 && setgid(gid) == 0 && setuid(nobody_uid()) == 0 &&
+    return setgroups(0, nullptr) == 0 && setgid(nobody_gid()) == 0 && setuid(nobody_uid()) == 0 &&
            geteuid() != 0;
 }
 
