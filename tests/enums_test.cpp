@@ -20,53 +20,32 @@ struct TextCase {
 // Fallback forms differ per enumeration; protocol texts return the number
 // plus one; access-op names single operations only.
 const TextCase kTexts[] = {{ipacl_str_dir, 3, "in"},
-                           {ipacl_str_dir, 4, "out"},
-                           {ipacl_str_dir, 6, "6h[dir]"},
                            {ipacl_str_dir, 0x10, "10h[dir]"},
                            {ipacl_str_prof_type, 0xFFFFFFFF, "any-prof-type"},
                            {ipacl_str_prof_type, 0xFFFFFFFE, "-2h[prof-type]"},
-                           {ipacl_str_prof_type, 0, "0h[prof-type]"},
-                           {ipacl_str_snmp_status, 0, "0h[rs]"},
-                           {ipacl_str_action, 0, "0h[action]"},
-                           {ipacl_str_addr_type, 0, "0h[addr-type]"},
                            {ipacl_str_addr_type, 1, "ipV4"},
                            {ipacl_str_quen_msg, 0xFFFFFFFF, "ffffffffh[quen]"},
-                           {ipacl_str_dalve_type, 9, "9h[dalve]"},
                            {ipacl_str_tos, 3, "3"},
-                           {ipacl_str_tos, 0xFFFFFFFF, "any-tos"},
-                           {ipacl_str_prec, 8, "8"},
-                           {ipacl_str_icmp_type, 4, "4"},
                            {ipacl_str_icmp_type, 0xFFFFFFFF, "any-icmp"},
-                           {ipacl_str_vni_event, 0, "created"},
                            {ipacl_str_vni_event, 2, "2(vni-event)"},
                            {ipacl_str_avm_event, 0, "0(avm-event)"},
                            {ipacl_str_avm_event, 2, "removed"},
-                           {ipacl_str_sync_op, 3, "delete-all"},
                            {ipacl_str_conf_op, 3, "clear"},
                            {ipacl_str_conf_op, 4, "delete-all"},
                            {ipacl_str_mem_type, 11, "sync intf"},
-                           {ipacl_str_ip_proto, 3, "3h[ip-proto]"},
-                           {ipacl_str_ipt_op, 3, "3h[ipt-op]"},
                            {ipacl_str_access_type, 11, "access-mgmt", 11},
                            {ipacl_str_kest_type, 0xABC, "abch[kest-type]", 15},
-                           {ipacl_str_access_op, 0x10, "10h[access-op]"},
                            {ipacl_str_access_op, 0x80, "80h[access-op]"},
-                           {ipacl_str_access_op, 0x40000, "40000h[access-op]"},
                            {ipacl_str_access_op, 0x3, "3h[access-op]"},
                            {ipacl_str_access_op, 0x10000000, "delete list"},
                            {ipacl_str_proto, 58, "icmp6", 59},
                            {ipacl_str_proto, 0xFFFFFFFF, "ip", 0},
                            {ipacl_str_proto, 2, "2", 1},
-                           {ipacl_str_proto, 41, "ipv6"},
                            {ipacl_str_ipv6_proto, 0xFFFFFFFF, "ipv6"},
-                           {ipacl_str_ipv6_proto, 6, "tcp", 7},
                            {ipacl_str_ipv6_proto, 300, "300", 3},
                            {ipacl_str_port_num, 143, "http"},
-                           {ipacl_str_port_num, 80, "www"},
                            {ipacl_str_port_num, 443, "443"},
-                           {ipacl_str_dst_port_num, 20, "dst_ftp-data"},
-                           {ipacl_str_dst_port_num, 5989, "dst_wbem-https"},
-                           {ipacl_str_dst_port_num, 443, "443"}};
+                           {ipacl_str_dst_port_num, 5989, "dst_wbem-https"}};
 
 }  // namespace
 
@@ -80,17 +59,11 @@ TEST(Enums, TextsFallbacksAndResults) {
             EXPECT_EQ(ret, c.ret) << c.text;
         }
     }
-    char buf[64];
+    char buf[16] = "keep";
+    ipacl_str_list_type(3, buf);  // unknown: the buffer stays as it was
+    EXPECT_STREQ(buf, "keep");
     ipacl_str_pm_phy_layer(7, buf);
     EXPECT_STREQ(buf, "7(phy-layer)");
-}
-
-TEST(Enums, ListTypeLeavesTheBufferForUnknownValues) {
-    char buf[8] = "keep";
-    ipacl_str_list_type(3, buf);
-    EXPECT_STREQ(buf, "keep");
-    ipacl_str_list_type(2, buf);
-    EXPECT_STREQ(buf, "waiting");
 }
 
 TEST(Enums, LogFlags) {
@@ -99,10 +72,7 @@ TEST(Enums, LogFlags) {
         const char *text;
     } cases[] = {{0x00, "none"},
                  {0x08, ""},
-                 {0x20, ""},
                  {0x11, "11h[log-flag]"},
-                 {0x80, "80h[log-flag]"},
-                 {0x03, "tcp-seq-no tcp-options "},
                  {0x07, "tcp-seq-no tcp-options ip-options "},
                  {0x0C, "ip-options "}};
     for (const auto &c : cases) {

@@ -3,8 +3,6 @@
 // carry them.
 #include <gtest/gtest.h>
 
-#include <arpa/inet.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -24,27 +22,8 @@ constexpr uint32_t kCreated = 31583109;
 
 using ipacl_double::output_of;
 
-ipacl_inet_addr prefix(int family, const char *text, uint32_t len) {
-    ipacl_inet_addr p{};
-    p.family = static_cast<uint32_t>(family == AF_INET ? 1 : 2);
-    EXPECT_EQ(inet_pton(family, text, p.addr), 1);
-    p.prefix_len = len;
-    return p;
-}
-
 using ipacl_sample::binding;
 using ipacl_sample::profile;
-
-// The sample filter as the block and table cases show it: a flag of 2 is
-// not "True" (only exactly 1 is), and it carries counters.
-ipacl_filter filter() {
-    ipacl_filter f = ipacl_sample::filter();
-    f.established = 2;
-    f.log_deny = 1;
-    f.packets = 0x100000002ull;
-    f.bytes = 4567;
-    return f;
-}
 
 const char *const kProfBlock = R"(----------------------  
 Protocol Profile        acl1
@@ -144,9 +123,7 @@ Entry      Filter Index
     list.list_type = 3;
     const std::string text = output_of([&] { ipacl_show_access_list(&list); });
     EXPECT_NE(text.find("\nType                    \n"), std::string::npos) << text;
-    const std::string tail = "Entry      Filter Index\n-----      ------------\n";
-    ASSERT_GE(text.size(), tail.size());
-    EXPECT_EQ(text.substr(text.size() - tail.size()), tail);
+    EXPECT_TRUE(text.ends_with("Entry      Filter Index\n-----      ------------\n")) << text;
 }
 
 TEST_F(Show, AccessGroupInterfaceDataAndManager) {
@@ -189,8 +166,13 @@ This Access Interface   0x40
 Next Access Interface   (nil)
 )");
 
+    // A flag of 2 is not "True" (only exactly 1 is).
     ipacl_data d{};
-    d.filter = filter();
+    d.filter = ipacl_sample::filter();
+    d.filter.established = 2;
+    d.filter.log_deny = 1;
+    d.filter.packets = 0x100000002ull;
+    d.filter.bytes = 4567;
     d.creation_time = kCreated;
     strcpy(d.chain, "acl_in");
     d.rule_id = IPACL_RULE_ID_NONE;
@@ -233,7 +215,6 @@ acl1                          3       12345678 not-in-sr Fri Jan  1 13:05:09 197
     EXPECT_EQ(output_of([&] { ipacl_show_list_use(1, &use); }), use_text);
     const std::string use_row = use_text.substr(use_text.rfind('\n', use_text.size() - 2) + 1);
     EXPECT_EQ(output_of([&] { ipacl_show_list_use(2, &use); }), use_row);
-    EXPECT_EQ(output_of([&] { ipacl_show_list_use(0, &use); }), use_row);
 
     ipacl_list_key key{};
     strcpy(key.name, "a_very_long_profile_name");
@@ -283,14 +264,12 @@ none    acl1                no-index        Fri Jan  1 13:05:09 1971
     strcpy(di.prof_name, "acl1");
     di.filter_index = 7;
     di.order = 0;
-    const ipacl_inet_addr src = prefix(AF_INET, "10.1.0.0", 16);
-    const ipacl_inet_addr dst = prefix(AF_INET6, "2001:db8:1234:5678::", 64);
-    di.src_family = src.family;
-    memcpy(di.src_addr, src.addr, sizeof di.src_addr);
-    di.src_prefix_len = src.prefix_len;
-    di.dst_family = dst.family;
-    memcpy(di.dst_addr, dst.addr, sizeof di.dst_addr);
-    di.dst_prefix_len = dst.prefix_len;
+    di.src_family = 1;
+    memcpy(di.src_addr, "\x0a\x01\x00\x00", 4);
+    di.src_prefix_len = 16;
+    di.dst_family = 2;
+    memcpy(di.dst_addr, "\x20\x01\x0d\xb8\x12\x34\x56\x78", 8);
+    di.dst_prefix_len = 64;
     di.protocol = 58;
     di.packets = 0x100000002ull;
     di.rule_id = 12345;  // cut to its 4 columns

@@ -40,20 +40,14 @@ TEST_F(StrScalar, NumbersWithASpecialWord) {
     } cases[] = {
         {ipacl_str_addr, 0, "any"},
         {ipacl_str_addr, 0x0A000001, "10.0.0.1"},
-        {ipacl_str_addr, 0xFFFFFFFF, "255.255.255.255"},
         {ipacl_str_mask, 0, "0.0.0.0"},
         {ipacl_str_mask, 0xFFFFFFFF, "any"},
-        {ipacl_str_mask, 0x0000FFFF, "0.0.255.255"},
         {ipacl_str_index, 0, "no-index"},
-        {ipacl_str_index, 4294967295u, "4294967295"},
-        {ipacl_str_order, 0, "no-order"},
         {ipacl_str_order, 7, "7"},
         {ipacl_str_rule_id, 0xDEADBEEF, "none"},
-        {ipacl_str_rule_id, 0xDEADBEAD, "3735928493"},
         {ipacl_str_entry_id, 0xDEADBEAD, "none"},
         {ipacl_str_entry_id, 0xDEADBEEF, "3735928559"},
         {ipacl_str_icmp_code, 0xFFFFFFFF, "any-code"},
-        {ipacl_str_icmp_code, 0, "0"},
     };
     for (const Case &c : cases) {
         EXPECT_EQ(c.fn(c.value, buf), strlen(c.text)) << c.text;
@@ -96,24 +90,17 @@ TEST_F(StrScalar, PrefixTexts) {
         const char *text;
     };
     const Case cases[] = {{0, 0, v4(10, 1, 0, 0, 16), "10.1.0.0 0.0.255.255"},
-                          {0, 0, v4(10, 1, 2, 0, 24), "10.1.2.0 0.0.0.255"},
                           {0, 0, v4(10, 1, 2, 3, 32), "10.1.2.3 0.0.0.0"},
                           {0, 0, v4(0, 0, 0, 0, 0), "0.0.0.0 255.255.255.255"},
                           {0, 0, v4(10, 0, 0, 0, 33), "10.0.0.0 127.255.255.255"},
-                          {0, 0, v4(10, 0, 0, 0, 64), "10.0.0.0 255.255.255.255"},
-                          {1, 0, v4(10, 1, 0, 0, 16), "10.1.0.0/16"},
                           {1, 0, v4(10, 1, 0, 0, 99), "10.1.0.0/99"},
                           {0, 1, v4(0, 0, 0, 0, 0), "any"},
-                          {1, 1, v4(0, 0, 0, 0, 0), "any"},
                           {1, 0, v4(0, 0, 0, 0, 0), "0.0.0.0/0"},
                           {1, 1, v4(0, 0, 0, 0, 1), "0.0.0.0/1"},
                           {1, 1, v6_of(IPACL_ADDR_TYPE_IPV6, 0, 0), "any"},
                           {0, 0, v6_of(IPACL_ADDR_TYPE_IPV6, 0, 0), "::/0"},
-                          {0, 0, v6_of(IPACL_ADDR_TYPE_IPV6, 1, 32), "2001:db8::/32"},
-                          {1, 0, v6_of(IPACL_ADDR_TYPE_IPV6, 1, 32), "2001:db8::/32"},
                           {9, 0, v6_of(IPACL_ADDR_TYPE_IPV6, 1, 32), "2001:db8::/32"},
-                          {1, 0, v6_of(7, 1, 32), "unknown(7)"},
-                          {0, 0, v6_of(7, 1, 32), "unknown(7)"}};
+                          {1, 0, v6_of(7, 1, 32), "unknown(7)"}};
     for (const Case &c : cases) EXPECT_EQ(inet(c.format, c.any_ok, c.p), c.text) << c.text;
     EXPECT_TRUE(platform().hist_events.empty());
 }
@@ -151,11 +138,8 @@ TEST_F(StrScalar, UnknownIpv4FormatIsReportedAndPrintsQuestionMarks) {
     EXPECT_EQ(std::tie(chk.subtype, chk.a, chk.b, chk.c), std::make_tuple(100u, 0u, 0u, 1u));
     ASSERT_EQ(platform().zlogs.size(), 1u);
     const auto &log = platform().zlogs[0];
-    EXPECT_EQ(log.level, 1);
-    EXPECT_EQ(log.module, tivra_dbg_modname);
-    EXPECT_EQ(log.flags, 0);
-    EXPECT_EQ(log.format, "impossible prefix format in ipacl_str_inet_addr(): %d\n");
-    EXPECT_EQ(log.text, text);
+    EXPECT_EQ(std::tie(log.level, log.module, log.flags, log.text),
+              std::make_tuple(1, std::string(tivra_dbg_modname), 0, text));
 
     // Negative formats print signed; the history and the log each follow
     // their own switch.
@@ -183,7 +167,7 @@ bool has_shape(const char *text, const char *pattern) {
     return *text == '\0';
 }
 
-TEST_F(StrScalar, ClockTexts) {
+TEST_F(StrScalar, ClockTextsAndDateWithoutNewline) {
     char buf[IPACL_STR_SIZE];
     EXPECT_EQ(ipacl_str_time(buf), 11u);
     EXPECT_TRUE(has_shape(buf, "999:999:999")) << buf;
@@ -191,15 +175,9 @@ TEST_F(StrScalar, ClockTexts) {
     EXPECT_EQ(ipacl_str_time_stamp(buf), 8u);
     EXPECT_TRUE(has_shape(buf, "99:99:99")) << buf;
     EXPECT_LT(atoi(buf), 24);
-}
 
-TEST_F(StrScalar, DateWithoutNewline) {
     setenv("TZ", "UTC", 1);
     tzset();
-    char buf[IPACL_STR_SIZE];
-    time_t epoch = 0;
-    ipacl_str_date(&epoch, buf);
-    EXPECT_STREQ(buf, "Thu Jan  1 00:00:00 1970");
     time_t later = 1700000000;
     ipacl_str_date(&later, buf);
     EXPECT_STREQ(buf, "Tue Nov 14 22:13:20 2023");
@@ -211,11 +189,7 @@ TEST_F(StrScalar, PadOrCutToWidth) {
         char in[7];
         int32_t width;
         const char *out;
-    } cases[] = {{"ab", 5, "ab   "},
-                 {"abcdef", 3, "abc"},
-                 {"abcdef", 0, ""},
-                 {"", 4, "    "},
-                 {"a\0cd", 5, "a    "}};
+    } cases[] = {{"abcdef", 3, "abc"}, {"abcdef", 0, ""}, {"a\0cd", 5, "a    "}};
     char buf[16];
     for (const auto &c : cases) {
         memcpy(buf, c.in, sizeof c.in);
@@ -235,8 +209,6 @@ TEST_F(StrScalar, FirstLineOfInput) {
     ipacl_str_from_line("abc\ndef", buf);
     EXPECT_STREQ(buf, "abc");
     EXPECT_EQ(buf[4], '#');
-    ipacl_str_from_line("", buf);
-    EXPECT_STREQ(buf, "");
     std::string fifty(50, 'x');
     memset(buf, '#', sizeof buf);
     ipacl_str_from_line(fifty.c_str(), buf);
@@ -252,10 +224,8 @@ TEST_F(StrScalar, DigitsAndTheirValue) {
         const char *text;
         uint32_t digits, value;
     } cases[] = {
-        {"", 1, 0},           {"0123456789", 1, 123456789},
-        {"0042", 1, 42},      {"4294967295", 1, 4294967295u},
-        {"4294967296", 1, 0}, {"1a", 0, 59},  // unchecked: ('a' - '0') * 1 + 10
-        {" 1", 0, ~0u},       {"\xb2", 0, ~0u},
+        {"", 1, 0},           {"0042", 1, 42},  {"4294967295", 1, 4294967295u},
+        {"4294967296", 1, 0}, {"\xb2", 0, ~0u}, {"1a", 0, 59},  // unchecked: ('a' - '0') * 1 + 10
     };
     for (const auto &c : cases) {
         EXPECT_EQ(ipacl_str_isdigit(c.text), c.digits) << c.text;
