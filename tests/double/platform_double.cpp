@@ -18,19 +18,20 @@ State &platform() {
 
 void reset() { platform() = State{}; }
 
-namespace {
-// The handle area of a received answer holds the 1-based index of the answer
-// in State::held.
-uint32_t held_index(void *msg_handle) {
-    uint32_t index = 0;
-    memcpy(&index, msg_handle, sizeof index);
-    return index;
-}
-}  // namespace
-
 }  // namespace ipacl_double
 
 using ipacl_double::platform;
+
+namespace {
+// The handle area of a received answer holds the 1-based index of the answer
+// in State::held; 0 or an index past it holds nothing.
+std::vector<uint8_t> *held(void *msg_handle) {
+    uint32_t index = 0;
+    memcpy(&index, msg_handle, sizeof index);
+    auto &all = platform().held;
+    return index == 0 || index > all.size() ? nullptr : &all[index - 1];
+}
+}  // namespace
 
 extern "C" {
 
@@ -78,17 +79,13 @@ int vel_recv(uint32_t handle, void *msg_handle, void *options) {
 }
 
 void *vel_payload_get(void *msg_handle) {
-    uint32_t index = ipacl_double::held_index(msg_handle);
-    auto &held = platform().held;
-    if (index == 0 || index > held.size()) return nullptr;
-    return held[index - 1].data();
+    auto *answer = held(msg_handle);
+    return answer ? answer->data() : nullptr;
 }
 
 uint32_t vel_payload_size(void *msg_handle) {
-    uint32_t index = ipacl_double::held_index(msg_handle);
-    auto &held = platform().held;
-    if (index == 0 || index > held.size()) return 0;
-    return static_cast<uint32_t>(held[index - 1].size());
+    auto *answer = held(msg_handle);
+    return answer ? static_cast<uint32_t>(answer->size()) : 0;
 }
 
 int if_index_get_type(uint32_t if_index, uint8_t *type) {
