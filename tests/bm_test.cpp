@@ -29,6 +29,8 @@ TEST(Bm, SingleBitsAndTheRangeRule) {
     EXPECT_EQ(ipacl_bm_set(bm, 2, 24, err), IPACL_E_BAD_ARG);
     EXPECT_STREQ(err, "bit 24 > size 2");
     EXPECT_EQ(bm[3], 0);
+    EXPECT_EQ(ipacl_bm_clr(bm, 2, 0xFFFFFFFFu, err), IPACL_E_BAD_ARG);
+    EXPECT_STREQ(err, "bit 4294967295 > size 2");
     // Out of range counts as clear, and the clear test's text reads "ibt".
     EXPECT_EQ(ipacl_bm_is_set(bm, 2, 24, err), 0u);
     EXPECT_STREQ(err, "bit 24 > size 2");
@@ -76,6 +78,7 @@ TEST(Bm, CountCompareAndCombine) {
     const uint8_t old_bm[3] = {0x0F, 0xF0, 0x81};
     const uint8_t new_bm[3] = {0x3C, 0xF0, 0x00};
     EXPECT_EQ(ipacl_bm_count(old_bm, 3), 10u);
+    EXPECT_EQ(ipacl_bm_is_same(old_bm, new_bm, 0), 1u);
     EXPECT_EQ(ipacl_bm_is_same(old_bm + 1, new_bm + 1, 1), 1u);
     EXPECT_EQ(ipacl_bm_is_same(old_bm, new_bm, 3), 0u);
 

@@ -79,7 +79,8 @@ const TextCase kTexts[] = {{ipacl_str_addr, 0, "any"},
                            {ipacl_str_ipv6_proto, 300, "300", 3},
                            {ipacl_str_port_num, 143, "http"},
                            {ipacl_str_port_num, 443, "443"},
-                           {ipacl_str_dst_port_num, 5989, "dst_wbem-https"}};
+                           {ipacl_str_dst_port_num, 5989, "dst_wbem-https"},
+                           {ipacl_str_dst_port_num, 443, "443"}};
 
 TEST_F(StrScalar, NamedValuesFallbacksAndResults) {
     for (const TextCase &c : kTexts) {
@@ -160,9 +161,8 @@ TEST_F(StrScalar, PrefixTexts) {
                           {1, 0, v6_of(7, 1, 32), "unknown(7)"}};
     for (const Case &c : cases) EXPECT_EQ(inet(c.format, c.any_ok, c.p), c.text) << c.text;
     EXPECT_TRUE(platform().hist_events.empty());
-}
 
-TEST_F(StrScalar, WritesAreBoundedBySize) {
+    // Writes are bounded by the size; size 0 writes nothing.
     char buf[16];
     memset(buf, '#', sizeof buf);
     ipacl_inet_addr p = v4(192, 168, 100, 200, 24);
@@ -170,7 +170,7 @@ TEST_F(StrScalar, WritesAreBoundedBySize) {
     EXPECT_STREQ(buf, "192.168");
     EXPECT_EQ(buf[8], '#');
     ipacl_str_inet_addr(0, 0, &p, buf, 0);
-    EXPECT_EQ(buf[0], '1');  // size 0: nothing written
+    EXPECT_EQ(buf[0], '1');
 }
 
 TEST_F(StrScalar, UnknownIpv4FormatIsReportedAndPrintsQuestionMarks) {
@@ -184,11 +184,8 @@ TEST_F(StrScalar, UnknownIpv4FormatIsReportedAndPrintsQuestionMarks) {
     const auto &event = platform().hist_events[0];
     EXPECT_EQ(event.event, 0x730000u);
     EXPECT_EQ(event.length, 4 + text.size() + 1);
-    uint32_t subtype;
-    memcpy(&subtype, event.record.data(), 4);
-    EXPECT_EQ(subtype, 100u);
-    EXPECT_EQ(std::string(event.record.begin() + 4, event.record.end()),
-              text + std::string(1, '\0'));
+    EXPECT_EQ(std::string(event.record.begin(), event.record.end()),
+              std::string("\x64\0\0\0", 4) + text + '\0');  // the subtype, then the text
 
     ASSERT_EQ(platform().chk_ints.size(), 1u);
     const auto &chk = platform().chk_ints[0];
@@ -271,9 +268,6 @@ TEST_F(StrScalar, FirstLineOfInput) {
     ipacl_str_from_line(fifty.c_str(), buf);
     EXPECT_EQ(std::string(buf), std::string(39, 'x'));
     EXPECT_EQ(buf[40], '#');
-    std::string line39 = std::string(39, 'y') + "\nz";
-    ipacl_str_from_line(line39.c_str(), buf);
-    EXPECT_EQ(std::string(buf), std::string(39, 'y'));
 }
 
 TEST_F(StrScalar, DigitsAndTheirValue) {
@@ -298,12 +292,9 @@ TEST_F(StrScalar, CanonicalFormLowersAndCutsAt29) {
     memset(buf, '#', sizeof buf);
     ipacl_str_to_chain("INPUT", buf);
     EXPECT_STREQ(buf, "input");
-    for (size_t i = 5; i < sizeof buf; ++i) EXPECT_EQ(buf[i], '\0') << i;
-
-    std::string forty = "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789WXYZ";
-    ipacl_str_to_chain(forty.c_str(), buf);
+    EXPECT_EQ(std::string(buf, sizeof buf), "input" + std::string(sizeof buf - 5, '\0'));
+    ipacl_str_to_chain("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789WXYZ", buf);
     EXPECT_STREQ(buf, "abcdefghijklmnopqrstuvwxyz012");
-    EXPECT_EQ(buf[31], '\0');
 }
 
 }  // namespace

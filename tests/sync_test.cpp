@@ -65,7 +65,8 @@ TEST(SyncExt, BuffersGrowByItemAndHaveAMinimum) {
     ipacl_double::fail_malloc_after(1);
     EXPECT_EQ(made<ipacl_filter_sync>(ipacl_new_filter_sync_ext, 246, &rc), nullptr);
     EXPECT_EQ(rc, IPACL_E_NO_MEM);
-    ipacl_free_prof_sync_ext(nullptr);  // NULL is accepted
+    ipacl_free_filter_sync_op_ext(nullptr);  // NULL is accepted
+    ipacl_free_if_prof_sync_ext(nullptr);
 }
 
 TEST(Next, BindingAndFilterKeys) {
