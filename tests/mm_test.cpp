@@ -23,56 +23,29 @@ std::string hex_addr(const void *p) {
     return text;
 }
 
-std::vector<ipacl_mm_chunk *> chunks(const ipacl_mm *pool) {
-    std::vector<ipacl_mm_chunk *> list;
-    for (ipacl_mm_chunk *c = pool->first; c; c = c->next) list.push_back(c);
-    return list;
-}
-
-// A pool of 4 slots of 16 bytes per chunk, emptied and freed at the end.
-class Pool : public testing::Test {
-  protected:
-    void SetUp() override {
-        pool = ipacl_mm_new(4, 16);
-        ASSERT_NE(pool, nullptr);
-    }
-    void TearDown() override {
-        for (void *p : live) ipacl_mm_free(pool, p, nullptr);
-        EXPECT_EQ(pool->first, nullptr);
-        free(pool);
-    }
-    uint8_t *alloc() {
-        auto *p = static_cast<uint8_t *>(ipacl_mm_alloc(pool, err));
-        if (p) live.push_back(p);
-        return p;
-    }
-    ipacl_rc release(void *p) {
-        std::erase(live, p);
-        return ipacl_mm_free(pool, p, err);
-    }
-    ipacl_mm *pool = nullptr;
-    std::vector<void *> live;
-    char err[IPACL_ERR_TEXT_SIZE] = "";
-};
-
 }  // namespace
 
-// The pool goes by `used` as it stands, also when the caller has written it.
-TEST_F(Pool, UsedWrittenByTheCallerIsFollowed) {
-    for (int i = 0; i < 8; ++i) alloc();
-    ipacl_mm_chunk *c1 = pool->first;
-    EXPECT_EQ(release(c1->data), IPACL_OK);
-    c1->used = 4;  // full by its count, though slot 0 is free
-    uint8_t *p = alloc();
-    ASSERT_EQ(chunks(pool).size(), 3u);
-    EXPECT_EQ(p, c1->next->next->data);
-    c1->used = 3;
-    EXPECT_EQ(alloc(), c1->data);
-}
-
 // Walked step by step against a model elsewhere; what the model leaves out:
-// a NULL pool on allocation and count, and a descriptor that cannot be made.
-TEST_F(Pool, NullPoolAndFailedDescriptor) {
+// a `used` written by the caller, a NULL pool, and a descriptor that cannot
+// be made.
+TEST(Pool, CallerWrittenUsedNullPoolAndFailedDescriptor) {
+    ipacl_mm *pool = ipacl_mm_new(4, 16);
+    ASSERT_NE(pool, nullptr);
+    void *slots[8];
+    for (void *&p : slots) p = ipacl_mm_alloc(pool, nullptr);  // two full chunks
+    ipacl_mm_chunk *c1 = pool->first;
+    ASSERT_EQ(ipacl_mm_free(pool, slots[0], nullptr), IPACL_OK);
+    c1->used = 4;  // full by its count, though slot 0 is free: the pool goes by it
+    void *third = ipacl_mm_alloc(pool, nullptr);
+    EXPECT_EQ(third, c1->next->next->data);
+    c1->used = 3;
+    EXPECT_EQ(ipacl_mm_alloc(pool, nullptr), slots[0]);
+    for (void *p : slots) ipacl_mm_free(pool, p, nullptr);
+    ipacl_mm_free(pool, third, nullptr);
+    EXPECT_EQ(pool->first, nullptr);
+    free(pool);
+
+    char err[IPACL_ERR_TEXT_SIZE];
     EXPECT_EQ(ipacl_mm_alloc(nullptr, err), nullptr);
     EXPECT_STREQ(err, "null mem desc");
     EXPECT_EQ(ipacl_mm_count(nullptr), 0u);
