@@ -221,7 +221,7 @@ Entry      Filter Index
     EXPECT_TRUE(text.ends_with("Entry      Filter Index\n-----      ------------\n")) << text;
 }
 
-TEST_F(Show, AccessGroupInterfaceDataAndManager) {
+TEST_F(Show, AccessGroupDataAndManager) {
     ipacl_group g{};
     g.binding = binding();
     g.creation_time = kCreated;
@@ -243,23 +243,6 @@ This Access Group       0x30
 Next Access Group       (nil)
 Next Global Group       0xffffffff
 )" + std::string(kIfProfBlock));
-
-    ipacl_intf i{};
-    i.if_index = 3;
-    i.creation_time = kCreated;
-    i.rule_id = 7;
-    strcpy(i.kernel_if, "eth1");
-    i.marker = 0xab;
-    i.this_intf = 0x40;
-    EXPECT_EQ(output_of([&] { ipacl_show_access_intf(&i); }), R"(
-Creation Time           Fri Jan  1 13:05:09 1971
-Rule #                  7
-Interface               if3
-Kernel Interface        eth1
-Marker                  00ab
-This Access Interface   0x40
-Next Access Interface   (nil)
-)");
 
     // A flag of 2 is not "True" (only exactly 1 is).
     ipacl_data d{};

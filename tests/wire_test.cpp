@@ -22,10 +22,12 @@ Bytes hex(const char *text) {
     Bytes out;
     std::istringstream in(text);
     for (std::string token; in >> token;) {
-        if (token[0] == '*')
-            out.insert(out.end(), std::stoul(token.substr(1)), out.back());
-        else
+        if (token[0] == '*') {
+            const uint8_t last = out.back();
+            out.insert(out.end(), std::stoul(token.substr(1)), last);
+        } else {
             out.push_back(static_cast<uint8_t>(std::stoul(token, nullptr, 16)));
+        }
     }
     return out;
 }

@@ -65,9 +65,9 @@ Bytes text_field(const char *text, size_t size) {
 // An enveloped answer: a header whose length word's last byte is `length`,
 // then `tail`.  The answer's operation word is not looked at.
 Bytes answer(uint8_t length, const Bytes &tail) {
-    Bytes bytes(112, 0);
+    Bytes bytes(112 + tail.size(), 0);
     bytes[7] = length;
-    bytes.insert(bytes.end(), tail.begin(), tail.end());
+    for (size_t i = 0; i < tail.size(); ++i) bytes[112 + i] = tail[i];
     return bytes;
 }
 
