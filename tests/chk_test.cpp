@@ -16,9 +16,10 @@ using ipacl_double::platform;
 
 constexpr uint32_t kNone = 0xFFFFFFFF;
 constexpr uint32_t TCP = 6, UDP = 17, ICMP = 1, ICMP6 = 58;
+const std::string kUntouched(IPACL_ERR_TEXT_SIZE - 1, 'X');
 
-// Runs a check with a buffer pre-filled with garbage and again with NULL;
-// both must give the same code.  Returns the code and leaves the text.
+// Runs a check with a buffer pre-filled with garbage and again with NULL:
+// both must give the same code.
 struct Result {
     uint32_t code;
     std::string text;
@@ -41,78 +42,44 @@ Result run(Check check) {
         EXPECT_EQ(r_.text, text_) << #call;                    \
     } while (0)
 
-TEST(ChkFields, Protocol) {
+TEST(ChkFields, ProtocolActionEstablishedPrecedence) {
     EXPECT_CHECK(ipacl_chk_proto(kNone, err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_proto(255, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_proto(256, err), IPACL_E_BAD_PROTO, "bad protocol 256");
-    EXPECT_CHECK(ipacl_chk_proto(0xFFFFFFFE, err), IPACL_E_BAD_PROTO, "bad protocol 4294967294");
-}
 
-TEST(ChkFields, ActionAndLogDeny) {
-    EXPECT_CHECK(ipacl_chk_action(1, 1, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_action(2, 2, err), 0u, "");  // only 1 is refused with permit
-    EXPECT_CHECK(ipacl_chk_action(2, 0, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_action(3, 0, err), IPACL_E_BAD_ACTION, "bad action 3h[action]");
-    EXPECT_CHECK(ipacl_chk_action(0, 5, err), IPACL_E_BAD_ACTION, "bad action 0h[action]");
     EXPECT_CHECK(ipacl_chk_action(1, 2, err), IPACL_E_BAD_LOG_DENY, "invalid log-deny 2");
-    EXPECT_CHECK(ipacl_chk_action(1, kNone, err), IPACL_E_BAD_LOG_DENY,
-                 "invalid log-deny 4294967295");
     EXPECT_CHECK(ipacl_chk_action(2, 1, err), IPACL_E_LOG_DENY_NOT_ALLOWED,
                  "log-deny is not allowed for permit");
-}
 
-TEST(ChkFields, Established) {
     EXPECT_CHECK(ipacl_chk_tcp(TCP, 1, err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_tcp(UDP, 0, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_tcp(TCP, 2, err), IPACL_E_BAD_ESTABLISHED, "invalid established 2");
     EXPECT_CHECK(ipacl_chk_tcp(UDP, 1, err), IPACL_E_ESTABLISHED_NOT_ALLOWED,
                  "establshed is not allowed for udp");
-    EXPECT_CHECK(ipacl_chk_tcp(kNone, 1, err), IPACL_E_ESTABLISHED_NOT_ALLOWED,
-                 "establshed is not allowed for ip");
-}
 
-TEST(ChkFields, PrecedenceAndTos) {
     EXPECT_CHECK(ipacl_chk_prec_tos(7, kNone, err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_prec_tos(kNone, 15, err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_prec_tos(kNone, kNone, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_prec_tos(0, 0, err), IPACL_E_PREC_AND_TOS,
                  "setting both precedence routine and tos normal-service is not allowed");
     EXPECT_CHECK(ipacl_chk_prec_tos(9, 20, err), IPACL_E_PREC_AND_TOS,
                  "setting both precedence 9 and tos 20 is not allowed");
     EXPECT_CHECK(ipacl_chk_prec_tos(8, kNone, err), IPACL_E_BAD_PREC, "bad precedence 8");
-    EXPECT_CHECK(ipacl_chk_prec_tos(0xFFFFFFFE, kNone, err), IPACL_E_BAD_PREC,
-                 "bad precedence 4294967294");
     EXPECT_CHECK(ipacl_chk_prec_tos(kNone, 16, err), IPACL_E_BAD_TOS, "bad tos 16");
 }
 
-TEST(ChkFields, PortNumbers) {
+TEST(ChkFields, PortNumbersAndOperations) {
     const char *S = IPACL_LABEL_SRC_PORT;
     EXPECT_CHECK(ipacl_chk_port_num(0, 65535, S, err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_port_num(22, 22, S, err), 0u, "");
     // The low port's code is 0x...11 and the high port's 0x...10.
     EXPECT_CHECK(ipacl_chk_port_num(70000, 80000, S, err), IPACL_E_BAD_LOW_PORT,
                  "bad low source port 70000");
     EXPECT_CHECK(ipacl_chk_port_num(1, 65536, "dest port", err), IPACL_E_BAD_HIGH_PORT,
                  "bad high dest port 65536");
-    EXPECT_CHECK(ipacl_chk_port_num(10, 5, S, err), IPACL_E_BAD_PORT_RANGE,
-                 "source port low 10 > high 5");
     EXPECT_CHECK(ipacl_chk_port_num(80, 22, S, err), IPACL_E_BAD_PORT_RANGE,
                  "source port low www > high ssh");
     // Without a label: the code, and the buffer as it was.
-    EXPECT_CHECK(ipacl_chk_port_num(10, 5, nullptr, err), IPACL_E_BAD_PORT_RANGE,
-                 std::string(IPACL_ERR_TEXT_SIZE - 1, 'X'));
-    EXPECT_CHECK(ipacl_chk_port_num(70000, 5, nullptr, err), IPACL_E_BAD_LOW_PORT,
-                 std::string(IPACL_ERR_TEXT_SIZE - 1, 'X'));
-}
+    EXPECT_CHECK(ipacl_chk_port_num(10, 5, nullptr, err), IPACL_E_BAD_PORT_RANGE, kUntouched);
 
-TEST(ChkFields, PortOperations) {
-    const char *S = IPACL_LABEL_SRC_PORT;
-    const std::string untouched(IPACL_ERR_TEXT_SIZE - 1, 'X');
-    EXPECT_CHECK(ipacl_chk_port_op(TCP, 2, 1024, 65535, S, err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_port_op(UDP, 1, 0, 1023, S, err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_port_op(TCP, 4, 22, 22, S, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_port_op(TCP, 5, 900, 80, S, err), 0u, "");  // range: not here
-    EXPECT_CHECK(ipacl_chk_port_op(TCP, 0, 5, 7, S, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_port_op(ICMP, 0, 0, 65535, S, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_port_op(TCP, 6, 0, 65535, S, err), IPACL_E_BAD_PORT_OP,
                  "bad source port operation 6h[port-op]");
@@ -120,17 +87,10 @@ TEST(ChkFields, PortOperations) {
                  "bad (null) operation 6h[port-op]");
     EXPECT_CHECK(ipacl_chk_port_op(TCP, 2, 1024, 2000, S, err), IPACL_E_BAD_PORT_RANGE,
                  "bad low 1024 high 2000 for source port operation gt");
-    EXPECT_CHECK(ipacl_chk_port_op(UDP, 1, 1, 1023, "dest port", err), IPACL_E_BAD_PORT_RANGE,
-                 "bad low 1 high 1023 for dest port operation lt");
-    EXPECT_CHECK(ipacl_chk_port_op(UDP, 1, 0, 65536, S, err), IPACL_E_BAD_PORT_RANGE,
-                 "bad low 0 high 65536 for source port operation lt");
     EXPECT_CHECK(ipacl_chk_port_op(TCP, 2, 1024, 2000, nullptr, err), IPACL_E_BAD_PORT_RANGE,
-                 untouched);
+                 kUntouched);
     EXPECT_CHECK(ipacl_chk_port_op(TCP, 4, 22, 23, S, err), IPACL_E_BAD_PORT_RANGE,
                  "low ssh != high telnet for source port operation eq");
-    EXPECT_CHECK(ipacl_chk_port_op(TCP, 3, 1, 2, S, err), IPACL_E_BAD_PORT_RANGE,
-                 "low 1 != high 2 for source port operation neq");
-    EXPECT_CHECK(ipacl_chk_port_op(TCP, 3, 1, 2, nullptr, err), IPACL_E_BAD_PORT_RANGE, untouched);
     EXPECT_CHECK(ipacl_chk_port_op(ICMP, 4, 0, 65535, S, err), IPACL_E_PORT_NOT_ALLOWED,
                  "source port operation eq low 0 high 65535 is not allowed for icmp");
     EXPECT_CHECK(ipacl_chk_port_op(kNone, 0, 0, 80, nullptr, err), IPACL_E_PORT_NOT_ALLOWED,
@@ -138,9 +98,7 @@ TEST(ChkFields, PortOperations) {
 }
 
 TEST(ChkFields, ServicePorts) {
-    const std::string untouched(IPACL_ERR_TEXT_SIZE - 1, 'X');
     EXPECT_CHECK(ipacl_chk_proto_port(TCP, 4, 5989, "dest port", err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_proto_port(UDP, 4, 514, "dest port", err), 0u, "");
     // The refusal needs both a label and a buffer: without either the port
     // is let through (so these are not run with a NULL buffer).
     char err[IPACL_ERR_TEXT_SIZE];
@@ -149,25 +107,20 @@ TEST(ChkFields, ServicePorts) {
     EXPECT_EQ(ipacl_chk_proto_port(UDP, 4, 22, "source port", err), IPACL_E_PORT_NOT_ALLOWED);
     EXPECT_STREQ(err, "source port ssh is not allowed for udp");
     EXPECT_EQ(ipacl_chk_proto_port(UDP, 4, 22, "source port", nullptr), 0u);
-    EXPECT_CHECK(ipacl_chk_proto_port(ICMP, 4, 8080, "dest port", err), 0u, "");
-    // Other operations are not looked at and leave the buffer alone.
     EXPECT_CHECK(ipacl_chk_proto_port(TCP, 4, 8080, nullptr, err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_proto_port(TCP, 1, 8080, "dest port", err), 0u, untouched);
+    // Other operations are not looked at and leave the buffer alone.
+    EXPECT_CHECK(ipacl_chk_proto_port(TCP, 1, 8080, "dest port", err), 0u, kUntouched);
 
     // low, high, whether the range holds a service port (an empty one does)
-    const uint32_t tcp[] = {20, 23, 1, 20, 24, 0, 5988, 5989, 1, 53, 53, 0, 9, 1, 1, 0, kNone, 0};
-    for (size_t i = 0; i < std::size(tcp); i += 3)
-        EXPECT_EQ(ipacl_chk_tcp_port(tcp[i], tcp[i + 1]), tcp[i + 2]) << tcp[i];
-    const uint32_t udp[] = {161, 162, 1, 514, 514, 1, 22, 22, 0, kNone, kNone, 0};
-    for (size_t i = 0; i < std::size(udp); i += 3)
-        EXPECT_EQ(ipacl_chk_udp_port(udp[i], udp[i + 1]), udp[i + 2]) << udp[i];
+    EXPECT_EQ(ipacl_chk_tcp_port(20, 23), 1u);
+    EXPECT_EQ(ipacl_chk_tcp_port(20, 24), 0u);
+    EXPECT_EQ(ipacl_chk_tcp_port(9, 1), 1u);
+    EXPECT_EQ(ipacl_chk_udp_port(161, 162), 1u);
+    EXPECT_EQ(ipacl_chk_udp_port(kNone, kNone), 0u);
 }
 
-TEST(ChkFields, Icmp) {
-    EXPECT_CHECK(ipacl_chk_icmp(ICMP, 3, 1, err), 0u, "");
+TEST(ChkFields, IcmpAndWildcards) {
     EXPECT_CHECK(ipacl_chk_icmp(ICMP6, 255, 255, err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_icmp(ICMP, 8, kNone, err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_icmp(TCP, kNone, kNone, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_icmp(ICMP, 300, 1, err), IPACL_E_BAD_ICMP_TYPE, "invalid icmp type 300");
     EXPECT_CHECK(ipacl_chk_icmp(ICMP, 3, 300, err), IPACL_E_BAD_ICMP_CODE, "invalid icmp code 300");
     EXPECT_CHECK(ipacl_chk_icmp(ICMP6, kNone, 4, err), IPACL_E_ICMP_CODE_NOT_ALLOWED,
@@ -176,17 +129,11 @@ TEST(ChkFields, Icmp) {
                  "icmp type echo is not allowed for tcp");
     EXPECT_CHECK(ipacl_chk_icmp(kNone, kNone, 0, err), IPACL_E_ICMP_CODE_NOT_ALLOWED,
                  "icmp code 0 is not allowed for ip");
-}
 
-TEST(ChkFields, WildcardMasks) {
-    for (uint32_t ok : {0x000000FFu, 0u, 0xFFFFFFFFu, 0x7FFFFFFFu, 1u})
-        EXPECT_CHECK(ipacl_chk_mask(ok, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_mask(0x000000FFu, err), 0u, "");
+    EXPECT_CHECK(ipacl_chk_mask(0xFFFFFFFFu, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_mask(0x00FF00FF, err), IPACL_E_BAD_WILDCARD,
                  "invalid wildcard 0.255.0.255");
-    EXPECT_CHECK(ipacl_chk_mask(0xFF000000, err), IPACL_E_BAD_WILDCARD,
-                 "invalid wildcard 255.0.0.0");
-    EXPECT_CHECK(ipacl_chk_mask(0xFFFFFFFE, err), IPACL_E_BAD_WILDCARD,
-                 "invalid wildcard 255.255.255.254");
 }
 
 TEST(ChkFields, AddressTypes) {
@@ -195,12 +142,9 @@ TEST(ChkFields, AddressTypes) {
         const char *text;
     } cases[] = {
         {1, 1, 1, 0, ""},
-        {2, 2, 2, 0, ""},
         {3, 1, 1, IPACL_E_BAD_ADDR_TYPE, "bad address type 3h[addr-type]"},
         {kNone, 1, 1, IPACL_E_BAD_ADDR_TYPE, "bad address type no-addr-type"},
         {1, 2, 2, IPACL_E_BAD_ADDR_TYPE, "source prefix type should be IPv4"},
-        {1, 1, 2, IPACL_E_BAD_ADDR_TYPE, "destination prefix type should be IPv4"},
-        {2, 1, 1, IPACL_E_BAD_ADDR_TYPE, "source prefix type should be IPv6"},
         {2, 2, 0, IPACL_E_BAD_ADDR_TYPE, "destination prefix type should be IPv6"},
     };
     for (const auto &c : cases) {
@@ -210,66 +154,42 @@ TEST(ChkFields, AddressTypes) {
     }
 }
 
-TEST(ChkFields, DirectionTypeAndRowStatus) {
-    for (uint32_t dir = 0; dir < 5; ++dir) {
-        EXPECT_CHECK(ipacl_chk_dir(dir, err), 0u, "");
-        EXPECT_CHECK(ipacl_chk_quen_dir(dir, err), 0u, "");
-    }
+TEST(ChkFields, DirectionTypeRowStatusAndNames) {
+    EXPECT_CHECK(ipacl_chk_dir(4, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_dir(5, err), IPACL_E_BAD_DIR, "bad interface direction in+out");
     EXPECT_CHECK(ipacl_chk_quen_dir(5, err), IPACL_E_BAD_DIR, "bad interface direction in+out");
     EXPECT_CHECK(ipacl_chk_dir(kNone, err), IPACL_E_BAD_DIR,
                  "bad interface direction ffffffffh[dir]");
-    EXPECT_CHECK(ipacl_chk_prof_type(2, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_prof_type(1, err), IPACL_E_BAD_PROF_TYPE, "bad profile type simple");
     EXPECT_CHECK(ipacl_chk_prof_type(kNone, err), IPACL_E_BAD_PROF_TYPE,
                  "bad profile type any-prof-type");
-    EXPECT_CHECK(ipacl_chk_prof_type(9, err), IPACL_E_BAD_PROF_TYPE,
-                 "bad profile type 9h[prof-type]");
     EXPECT_CHECK(ipacl_chk_rs(4, 4, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_rs(1, 4, err), IPACL_E_BAD_RS,
                  "active is not allowed for create+go operation");
-}
 
-TEST(ChkFields, NameLengths) {
     const std::string n64(64, 'a'), n65(65, 'a'), n31(31, 'c'), n32(32, 'c');
     EXPECT_CHECK(ipacl_chk_name(n64.c_str(), err), 0u, "");
     EXPECT_CHECK(ipacl_chk_name("", err), IPACL_E_NO_NAME, "missing name");
     EXPECT_CHECK(ipacl_chk_name(n65.c_str(), err), IPACL_E_NAME_TOO_LONG,
                  "length of '" + n65 + "' exceed 64 characters");
     EXPECT_CHECK(ipacl_chk_chain_name(n31.c_str(), err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_chain_name("", err), IPACL_E_NO_NAME, "missing name");
     EXPECT_CHECK(ipacl_chk_chain_name(n32.c_str(), err), IPACL_E_NAME_TOO_LONG,
                  "length of '" + n32 + "' exceed 31 characters");
-    EXPECT_CHECK(ipacl_chk_name("any-text with blanks", err), 0u, "");
 }
 
 TEST(ChkFields, ReservedWordsAndAlphanumerics) {
-    EXPECT_CHECK(ipacl_chk_name_rsv("acl1", err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_name_rsv("", err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_name_rsv("access1", err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_name_rsv("ACCESS", err), IPACL_E_NAME_RESERVED,
-                 "ACCESS is reserved and is not allowed as part of an access list name");
-    // Words out of alphabetical order in the table, and the last one.
-    for (const char *word : {"gt", "Engineering", "KEST", "www", "mgmt0", "ipacl", "ha"})
-        EXPECT_CHECK(
-            ipacl_chk_name_rsv(word, err), IPACL_E_NAME_RESERVED,
-            std::string(word) + " is reserved and is not allowed as part of an access list name");
+    const std::string reserved = " is reserved and is not allowed as part of an access list name";
+    for (const char *free_name : {"acl1", "", "tcpx", "syslogtacacs", "ds"})
+        EXPECT_CHECK(ipacl_chk_name_rsv(free_name, err), 0u, "");
+    // Any case; words out of alphabetical order in the table, and the last one.
+    for (const char *word : {"ACCESS", "gt", "Engineering", "ha"})
+        EXPECT_CHECK(ipacl_chk_name_rsv(word, err), IPACL_E_NAME_RESERVED, word + reserved);
     // The hyphenated words are refused as not alphanumeric before the table.
-    EXPECT_CHECK(ipacl_chk_name_rsv("access-list", err), IPACL_E_NAME_NOT_ALNUM,
-                 "access-list is not alphanumeric");
     EXPECT_CHECK(ipacl_chk_name_rsv("syslogtacacs-ds", err), IPACL_E_NAME_NOT_ALNUM,
                  "syslogtacacs-ds is not alphanumeric");
-    EXPECT_CHECK(ipacl_chk_name_rsv("my acl", err), IPACL_E_NAME_NOT_ALNUM,
-                 "my acl is not alphanumeric");
-    // syslogtacacs-ds is one word: its halves are free.
-    EXPECT_CHECK(ipacl_chk_name_rsv("syslogtacacs", err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_name_rsv("ds", err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_name_rsv("syslog", err), 0u, "");
-    // The whole name must match, not a prefix of it; length is not checked.
-    EXPECT_CHECK(ipacl_chk_name_rsv("tcpx", err), 0u, "");
+    // Length is not checked; the alphanumeric test runs past 29 characters.
     const std::string long_name = "tcp" + std::string(70, '0');
     EXPECT_CHECK(ipacl_chk_name_rsv(long_name.c_str(), err), 0u, "");
-    // The non-alphanumeric test runs over the whole name, past 29 characters.
     const std::string late_dash = std::string(40, 'a') + "-";
     EXPECT_CHECK(ipacl_chk_name_rsv(late_dash.c_str(), err), IPACL_E_NAME_NOT_ALNUM,
                  late_dash + " is not alphanumeric");
@@ -281,11 +201,9 @@ class ChkPlatform : public ::testing::Test {
 };
 
 TEST_F(ChkPlatform, InterfaceTypes) {
-    for (uint8_t type : {2, 4, 5, 6, 7, 8, 9, 10, 11}) {
-        platform().if_types[100] = {0, type};
-        EXPECT_CHECK(ipacl_chk_if_index(100, err), 0u, "");
-    }
-    for (uint8_t type : {0, 1, 3, 12, 255}) {
+    platform().if_types[100] = {0, 11};
+    EXPECT_CHECK(ipacl_chk_if_index(100, err), 0u, "");
+    for (uint8_t type : {1, 12}) {
         platform().if_types[100] = {0, type};
         EXPECT_CHECK(ipacl_chk_if_index(100, err), IPACL_E_BAD_IF_TYPE,
                      "if type " + std::to_string(type) + " not allowed");
@@ -311,64 +229,36 @@ ipacl_filter valid_filter() {
 using FilterCheck = uint32_t (*)(const ipacl_filter *, char *);
 constexpr FilterCheck kFilterChains[] = {ipacl_chk_filter, ipacl_chk_quen_filter,
                                          ipacl_chk_cli_filter, ipacl_chk_gen_filter};
-const char *const kFilterChainNames[] = {"plain", "quen", "cli", "gen"};
 
-// One bad field at a time: the code each chain gives (0 where the chain has
-// no step for it).
+// One bad field at a time, in the quen chain's step order: its code, and the
+// chains that report it (plain, quen, cli, gen); the others pass it.
 struct FilterCase {
     const char *what;
     void (*spoil)(ipacl_filter &);
-    uint32_t plain, quen, cli, gen;
+    uint32_t code;
+    const char *chains;
 };
 
+#define SPOIL(...) [](ipacl_filter &f) { __VA_ARGS__; }
 const FilterCase kFilterCases[] = {
-    {"empty name", [](ipacl_filter &f) { f.prof_name[0] = 0; }, IPACL_E_NO_NAME, IPACL_E_NO_NAME, 0,
-     IPACL_E_NO_NAME},
-    {"66 letters",
-     [](ipacl_filter &f) {
-         memset(f.prof_name, 'a', 66);
-         f.prof_name[66] = 0;
-     },
-     IPACL_E_NAME_TOO_LONG, IPACL_E_NAME_TOO_LONG, 0, IPACL_E_NAME_TOO_LONG},
-    {"reserved", [](ipacl_filter &f) { strcpy(f.prof_name, "Permit"); }, 0, IPACL_E_NAME_RESERVED,
-     IPACL_E_NAME_RESERVED, 0},
-    {"hyphen", [](ipacl_filter &f) { strcpy(f.prof_name, "a-b"); }, 0, IPACL_E_NAME_NOT_ALNUM,
-     IPACL_E_NAME_NOT_ALNUM, 0},
-    {"action", [](ipacl_filter &f) { f.action = 3; }, IPACL_E_BAD_ACTION, IPACL_E_BAD_ACTION,
-     IPACL_E_BAD_ACTION, IPACL_E_BAD_ACTION},
-    {"log-deny on permit", [](ipacl_filter &f) { f.log_deny = 1; }, IPACL_E_LOG_DENY_NOT_ALLOWED,
-     IPACL_E_LOG_DENY_NOT_ALLOWED, IPACL_E_LOG_DENY_NOT_ALLOWED, IPACL_E_LOG_DENY_NOT_ALLOWED},
-    {"address type", [](ipacl_filter &f) { f.dst_addr.family = 2; }, IPACL_E_BAD_ADDR_TYPE,
-     IPACL_E_BAD_ADDR_TYPE, 0, 0},
+    {"empty name", SPOIL(f.prof_name[0] = 0), IPACL_E_NO_NAME, "pq-g"},
+    {"reserved", SPOIL(strcpy(f.prof_name, "Permit")), IPACL_E_NAME_RESERVED, "-qc-"},
+    {"action", SPOIL(f.action = 3), IPACL_E_BAD_ACTION, "pqcg"},
+    {"address type", SPOIL(f.dst_addr.family = 2), IPACL_E_BAD_ADDR_TYPE, "pq--"},
     {"protocol 300 without ports",
-     [](ipacl_filter &f) {
-         f.protocol = 300, f.established = 0;
-         f.src_port_op = f.dst_port_op = 0;
-         f.src_port_low = f.dst_port_low = 0, f.src_port_high = f.dst_port_high = 65535;
-     },
-     IPACL_E_BAD_PROTO, IPACL_E_BAD_PROTO, 0, IPACL_E_BAD_PROTO},
-    {"source wildcard", [](ipacl_filter &f) { f.src_wildcard = 0x00FF00FF; }, 0,
-     IPACL_E_BAD_WILDCARD, IPACL_E_BAD_WILDCARD, IPACL_E_BAD_WILDCARD},
-    {"dest wildcard", [](ipacl_filter &f) { f.dst_wildcard = 0xFF000000; }, 0, IPACL_E_BAD_WILDCARD,
-     IPACL_E_BAD_WILDCARD, IPACL_E_BAD_WILDCARD},
-    {"source low port", [](ipacl_filter &f) { f.src_port_low = 70000; }, IPACL_E_BAD_LOW_PORT,
-     IPACL_E_BAD_LOW_PORT, IPACL_E_BAD_LOW_PORT, 0},
-    {"dest high port", [](ipacl_filter &f) { f.dst_port_high = 70000; }, IPACL_E_BAD_HIGH_PORT,
-     IPACL_E_BAD_HIGH_PORT, IPACL_E_BAD_HIGH_PORT, 0},
-    {"source port op", [](ipacl_filter &f) { f.src_port_op = 9; }, IPACL_E_BAD_PORT_OP,
-     IPACL_E_BAD_PORT_OP, IPACL_E_BAD_PORT_OP, 0},
-    {"dest eq range", [](ipacl_filter &f) { f.dst_port_high = 23; }, IPACL_E_BAD_PORT_RANGE,
-     IPACL_E_BAD_PORT_RANGE, IPACL_E_BAD_PORT_RANGE, 0},
-    {"established", [](ipacl_filter &f) { f.established = 2; }, IPACL_E_BAD_ESTABLISHED,
-     IPACL_E_BAD_ESTABLISHED, IPACL_E_BAD_ESTABLISHED, 0},
-    {"icmp type on tcp", [](ipacl_filter &f) { f.icmp_type = 8; }, IPACL_E_ICMP_TYPE_NOT_ALLOWED,
-     IPACL_E_ICMP_TYPE_NOT_ALLOWED, IPACL_E_ICMP_TYPE_NOT_ALLOWED, 0},
-    {"precedence and tos", [](ipacl_filter &f) { f.precedence = 1; }, IPACL_E_PREC_AND_TOS,
-     IPACL_E_PREC_AND_TOS, 0, 0},
-    {"tos range", [](ipacl_filter &f) { f.tos = 16; }, IPACL_E_BAD_TOS, IPACL_E_BAD_TOS, 0, 0},
+     SPOIL(f.protocol = 300, f.established = 0, f.src_port_op = f.dst_port_op = 0;
+           f.src_port_low = f.dst_port_low = 0, f.src_port_high = f.dst_port_high = 65535),
+     IPACL_E_BAD_PROTO, "pq-g"},
+    {"source wildcard", SPOIL(f.src_wildcard = 0x00FF00FF), IPACL_E_BAD_WILDCARD, "-qcg"},
+    {"source low port", SPOIL(f.src_port_low = 70000), IPACL_E_BAD_LOW_PORT, "pqc-"},
+    {"source port op", SPOIL(f.src_port_op = 9), IPACL_E_BAD_PORT_OP, "pqc-"},
+    {"dest eq range", SPOIL(f.dst_port_high = 23), IPACL_E_BAD_PORT_RANGE, "pqc-"},
+    {"established", SPOIL(f.established = 2), IPACL_E_BAD_ESTABLISHED, "pqc-"},
+    {"icmp type on tcp", SPOIL(f.icmp_type = 8), IPACL_E_ICMP_TYPE_NOT_ALLOWED, "pqc-"},
+    {"precedence and tos", SPOIL(f.precedence = 1), IPACL_E_PREC_AND_TOS, "pq--"},
 };
 
-TEST(ChkChains, ValidFilterPassesEveryChain) {
+TEST(ChkChains, EachChainChecksItsOwnFields) {
     ipacl_filter f = valid_filter();
     for (FilterCheck chain : kFilterChains) EXPECT_CHECK(chain(&f, err), 0u, "");
     // Records are packed and may sit at any address.
@@ -376,21 +266,15 @@ TEST(ChkChains, ValidFilterPassesEveryChain) {
     memcpy(storage + 1, &f, sizeof f);
     const auto *unaligned = reinterpret_cast<const ipacl_filter *>(storage + 1);
     for (FilterCheck chain : kFilterChains) EXPECT_CHECK(chain(unaligned, err), 0u, "");
-}
 
-TEST(ChkChains, EachChainChecksItsOwnFields) {
     for (const FilterCase &c : kFilterCases) {
-        ipacl_filter f = valid_filter();
+        f = valid_filter();
         c.spoil(f);
-        const uint32_t expected[] = {c.plain, c.quen, c.cli, c.gen};
         for (size_t i = 0; i < 4; ++i) {
+            const uint32_t expected = c.chains[i] == '-' ? 0 : c.code;
             char err[IPACL_ERR_TEXT_SIZE] = "stale";
-            EXPECT_EQ(kFilterChains[i](&f, err), expected[i])
-                << c.what << " in the " << kFilterChainNames[i] << " chain: " << err;
-            if (expected[i] == 0)
-                EXPECT_STREQ(err, "") << c.what;
-            else
-                EXPECT_STRNE(err, "") << c.what;
+            EXPECT_EQ(kFilterChains[i](&f, err), expected) << c.what << ", chain " << i;
+            EXPECT_EQ(err[0] == '\0', expected == 0) << c.what << ": " << err;
         }
     }
 }
@@ -398,31 +282,13 @@ TEST(ChkChains, EachChainChecksItsOwnFields) {
 // The quen chain runs every step: spoiling the fields of step k and of every
 // later step reports step k, for each k.
 TEST(ChkChains, TheFirstFailingStepWins) {
-    const char *order[] = {"empty name",
-                           "hyphen",
-                           "action",
-                           "address type",
-                           "protocol 300 without ports",
-                           "source wildcard",
-                           "dest wildcard",
-                           "source low port",
-                           "dest high port",
-                           "source port op",
-                           "dest eq range",
-                           "established",
-                           "icmp type on tcp",
-                           "precedence and tos"};
-    auto find = [](const char *what) -> const FilterCase & {
-        for (const FilterCase &c : kFilterCases)
-            if (strcmp(c.what, what) == 0) return c;
-        return kFilterCases[0];
-    };
-    const size_t n = sizeof order / sizeof *order;
+    const size_t n = std::size(kFilterCases);
     for (size_t k = 0; k < n; ++k) {
         ipacl_filter f = valid_filter();
-        for (size_t j = n; j-- > k;) find(order[j]).spoil(f);
+        for (size_t j = n; j-- > k;) kFilterCases[j].spoil(f);
         char err[IPACL_ERR_TEXT_SIZE];
-        EXPECT_EQ(ipacl_chk_quen_filter(&f, err), find(order[k]).quen) << order[k] << ": " << err;
+        EXPECT_EQ(ipacl_chk_quen_filter(&f, err), kFilterCases[k].code)
+            << kFilterCases[k].what << ": " << err;
     }
     // Action 3 with an empty name reports the name.
     ipacl_filter f = valid_filter();
@@ -430,36 +296,30 @@ TEST(ChkChains, TheFirstFailingStepWins) {
     f.prof_name[0] = 0;
     EXPECT_CHECK(ipacl_chk_filter(&f, err), IPACL_E_NO_NAME, "missing name");
     EXPECT_CHECK(ipacl_chk_cli_filter(&f, err), IPACL_E_BAD_ACTION, "bad action 3h[action]");
-}
 
-TEST(ChkChains, MessagesComeFromTheFailingStep) {
-    ipacl_filter f = valid_filter();
+    // The message comes from the failing step.
+    f = valid_filter();
     f.dst_port_high = 23;
     EXPECT_CHECK(ipacl_chk_filter(&f, err), IPACL_E_BAD_PORT_RANGE,
                  "low ssh != high telnet for dest port operation eq");
     f = valid_filter();
-    f.src_port_op = IPACL_PORT_OP_LT;
-    EXPECT_CHECK(ipacl_chk_cli_filter(&f, err), IPACL_E_BAD_PORT_RANGE,
-                 "bad low 1024 high 65535 for source port operation lt");
-    f = valid_filter();
     f.src_wildcard = 0x00FF00FF;
     EXPECT_CHECK(ipacl_chk_gen_filter(&f, err), IPACL_E_BAD_WILDCARD,
                  "invalid wildcard 0.255.0.255");
-    EXPECT_CHECK(ipacl_chk_filter(&f, err), 0u, "");
 }
 
 TEST(ChkChains, Profiles) {
     ipacl_prof p{};
-    strcpy(p.name, "acl1");
+    strcpy(p.name, "deny");
     p.prof_type = IPACL_PROF_TYPE_SIMPLE;
-    EXPECT_CHECK(ipacl_chk_quen_prof(&p, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_prof(&p, err), IPACL_E_BAD_PROF_TYPE, "bad profile type simple");
     p.prof_type = IPACL_PROF_TYPE_EXTENDED;
     EXPECT_CHECK(ipacl_chk_prof(&p, err), 0u, "");
-    strcpy(p.name, "deny");
-    EXPECT_CHECK(ipacl_chk_prof(&p, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_quen_prof(&p, err), IPACL_E_NAME_RESERVED,
                  "deny is reserved and is not allowed as part of an access list name");
+    strcpy(p.name, "acl1");
+    p.prof_type = IPACL_PROF_TYPE_SIMPLE;  // the quen chain has no type step
+    EXPECT_CHECK(ipacl_chk_quen_prof(&p, err), 0u, "");
     p.name[0] = 0;
     p.prof_type = 7;
     EXPECT_CHECK(ipacl_chk_prof(&p, err), IPACL_E_NO_NAME, "missing name");
@@ -471,25 +331,20 @@ TEST_F(ChkPlatform, BindingChains) {
     b.if_index = 0x2000;
     b.direction = 5;
     strcpy(b.prof_name, "acl1");
-    EXPECT_CHECK(ipacl_chk_if_prof(&b, err), IPACL_E_BAD_DIR, "bad interface direction in+out");
-    EXPECT_CHECK(ipacl_chk_gen_if_prof(&b, err), IPACL_E_BAD_DIR, "bad interface direction in+out");
-    EXPECT_CHECK(ipacl_chk_quen_if_prof(&b, err), IPACL_E_BAD_DIR,
-                 "bad interface direction in+out");
+    const char *bad_dir = "bad interface direction in+out";
+    EXPECT_CHECK(ipacl_chk_if_prof(&b, err), IPACL_E_BAD_DIR, bad_dir);
+    EXPECT_CHECK(ipacl_chk_gen_if_prof(&b, err), IPACL_E_BAD_DIR, bad_dir);
+    EXPECT_CHECK(ipacl_chk_quen_if_prof(&b, err), IPACL_E_BAD_DIR, bad_dir);
     EXPECT_CHECK(ipacl_chk_cli_if_prof(&b, err), 0u, "");
-    EXPECT_TRUE(platform().type_calls.empty());
 
     b.direction = 1;
     strcpy(b.prof_name, "out");
     EXPECT_CHECK(ipacl_chk_if_prof(&b, err), 0u, "");
     EXPECT_CHECK(ipacl_chk_cli_if_prof(&b, err), IPACL_E_NAME_RESERVED,
                  "out is reserved and is not allowed as part of an access list name");
-    EXPECT_CHECK(ipacl_chk_quen_if_prof(&b, err), IPACL_E_NAME_RESERVED,
-                 "out is reserved and is not allowed as part of an access list name");
     memset(b.prof_name, 'q', 65);
     b.prof_name[65] = 0;
     EXPECT_CHECK(ipacl_chk_cli_if_prof(&b, err), 0u, "");
-    EXPECT_CHECK(ipacl_chk_if_prof(&b, err), IPACL_E_NAME_TOO_LONG,
-                 "length of '" + std::string(65, 'q') + "' exceed 64 characters");
     EXPECT_CHECK(ipacl_chk_quen_if_prof(&b, err), IPACL_E_NAME_TOO_LONG,
                  "length of '" + std::string(65, 'q') + "' exceed 64 characters");
     EXPECT_TRUE(platform().type_calls.empty());
@@ -507,7 +362,6 @@ TEST_F(ChkPlatform, ManagementPortOfQuenBindings) {
     strcpy(b.prof_name, "mgmtacl");
     platform().if_types[0x5000] = {0, 5};
     platform().field_first = 3;
-    platform().field_second = 0;
     platform().port_init_if_index = 0x5000;
     EXPECT_CHECK(ipacl_chk_quen_if_prof(&b, err), 0u, "");
     ASSERT_FALSE(platform().port_init_calls.empty());
@@ -539,21 +393,21 @@ TEST_F(ChkPlatform, ManagementPortOfQuenBindings) {
 TEST(ChkBuffer, LongestMessagesFitTheDocumentedSize) {
     std::vector<char> err(IPACL_ERR_TEXT_SIZE);
     const std::string label(40, 'L'), name64(64, 'n');
+    const char *l = label.c_str();
+    const uint32_t big = 4000000000u, bigger = 4000000001u;
     size_t longest = 0;
     auto measure = [&](uint32_t code) {
         EXPECT_NE(code, 0u);
         longest = std::max(longest, strlen(err.data()));
     };
-    measure(ipacl_chk_port_op(0xFFFFFFFE, 0xFFFFFFFE, 4000000000u, 4000000001u, label.c_str(),
-                              err.data()));
-    measure(ipacl_chk_port_op(TCP, 1, 4000000000u, 4000000001u, label.c_str(), err.data()));
-    measure(ipacl_chk_port_op(TCP, 4, 4000000000u, 4000000001u, label.c_str(), err.data()));
-    measure(ipacl_chk_proto_port(TCP, 4, 4000000000u, label.c_str(), err.data()));
-    measure(ipacl_chk_port_num(4000000000u, 4000000001u, label.c_str(), err.data()));
-    measure(ipacl_chk_prec_tos(4000000000u, 4000000001u, err.data()));
+    measure(ipacl_chk_port_op(0xFFFFFFFE, 0xFFFFFFFE, big, bigger, l, err.data()));
+    measure(ipacl_chk_port_op(TCP, 1, big, bigger, l, err.data()));
+    measure(ipacl_chk_port_op(TCP, 4, big, bigger, l, err.data()));
+    measure(ipacl_chk_proto_port(TCP, 4, big, l, err.data()));
+    measure(ipacl_chk_port_num(big, bigger, l, err.data()));
+    measure(ipacl_chk_prec_tos(big, bigger, err.data()));
     measure(ipacl_chk_name_rsv((name64 + "-").substr(1).c_str(), err.data()));
-    const std::string reserved = "INTERNETWORK";
-    measure(ipacl_chk_name_rsv(reserved.c_str(), err.data()));
+    measure(ipacl_chk_name_rsv("INTERNETWORK", err.data()));
     measure(ipacl_chk_name((name64 + "x").c_str(), err.data()));
     EXPECT_LT(longest, size_t{IPACL_ERR_TEXT_SIZE});
 }

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <ipacl/ipacl.h>
 
+#include <cstddef>
 #include <cstring>
 #include <string>
 
@@ -41,20 +42,17 @@ uint32_t order_of(const char *sign) { return *sign == '<' ? LT : *sign == '>' ? 
 TEST(CmpName, LengthFirstThenCanonicalForm) {
     // Length first; all-digit names by value; characters compare as signed
     // bytes, so a high byte sorts before ASCII.
-    const char *const cases[] = {"zz",   "aaa", "<", "aaa", "zz",   ">", "abc", "ABC", "=",
-                                 "abc",  "abd", "<", "abd", "ABC",  ">", "",    "",    "=",
-                                 "",     "a",   "<", "a",   "",     ">", "10",  "09",  ">",
-                                 "09",   "10",  "<", "007", "007",  "=", "9",   "10",  "<",
-                                 "\xe9", "a",   "<", "a",   "\xe9", ">"};
+    const char *const cases[] = {"zz", "aaa", "<", "abc", "ABC", "=", "abd", "ABC",  ">",
+                                 "",   "a",   "<", "10",  "09",  ">", "9",   "10",   "<",
+                                 "",   "",    "=", "a",   "",    ">", "a",   "\xe9", ">"};
     for (size_t i = 0; i < std::size(cases); i += 3)
         EXPECT_EQ(ipacl_cmp_name(cases[i], cases[i + 1]), order_of(cases[i + 2]))
             << cases[i] << " / " << cases[i + 1];
 }
 
 TEST(CmpName, OnlyTheFirst29CharactersOfEqualLengthsCount) {
-    std::string base(29, 'n');
-    std::string a = base + std::string(11, 'a');
-    std::string b = base + std::string(11, 'b');
+    std::string a = std::string(29, 'n') + std::string(11, 'a');
+    std::string b = std::string(29, 'n') + std::string(11, 'b');
     EXPECT_EQ(ipacl_cmp_name(a.c_str(), b.c_str()), EQ);
     EXPECT_EQ(ipacl_cmp_eq_name(a.c_str(), b.c_str()), NE);
     std::string c = std::string(28, 'n') + "z" + std::string(11, 'a');
@@ -77,23 +75,16 @@ TEST(CmpRecords, ProfilesFiltersIndexesAndBindings) {
     EXPECT_EQ(ipacl_cmp_prof(&p1, &p2), LT);
     strcpy(p2.name, "ACL1");
     EXPECT_EQ(ipacl_cmp_prof(&p1, &p2), EQ);
-    ipacl_prof_key key{};
-    strcpy(key.name, "b");
-    EXPECT_EQ(ipacl_cmp_prof(reinterpret_cast<const ipacl_prof *>(&key), &p1), LT);
 
     ipacl_filter f5 = filter("acl", 5), f7 = filter("acl", 7), g1 = filter("acm", 1);
-    EXPECT_EQ(ipacl_cmp_filter(&f5, &f7), LT);
     EXPECT_EQ(ipacl_cmp_filter(&f7, &f5), GT);
-    EXPECT_EQ(ipacl_cmp_filter(&f7, &f7), EQ);
     EXPECT_EQ(ipacl_cmp_filter(&g1, &f5), GT);  // the name decides before the index
     ipacl_filter_key fk{};
     strcpy(fk.prof_name, "ACL");
     fk.filter_index = 5;
     EXPECT_EQ(ipacl_cmp_filter(reinterpret_cast<const ipacl_filter *>(&fk), &f5), EQ);
 
-    EXPECT_EQ(ipacl_cmp_index(1, 2), LT);
     EXPECT_EQ(ipacl_cmp_index(0xFFFFFFFF, 2), GT);
-    EXPECT_EQ(ipacl_cmp_index(3, 3), EQ);
 
     ipacl_if_prof a{}, b{};
     a.if_index = 5, a.direction = 2;
@@ -109,19 +100,14 @@ TEST(CmpRecords, ProfilesFiltersIndexesAndBindings) {
 TEST(CmpEquality, NamesAndNumbers) {
     EXPECT_EQ(ipacl_cmp_eq_name("Acl", "aCL"), EQ);
     EXPECT_EQ(ipacl_cmp_eq_name("acl", "acl1"), NE);
-    EXPECT_EQ(ipacl_cmp_eq_name("", ""), EQ);
     ipacl_prof p1{}, p2{};
     strcpy(p1.name, "X");
     strcpy(p2.name, "x");
     EXPECT_EQ(ipacl_cmp_eq_prof(&p1, &p2), EQ);
-    EXPECT_EQ(ipacl_cmp_eq_if_name("eth0", "eth0"), EQ);
     EXPECT_EQ(ipacl_cmp_eq_if_name("eth0", "ETH0"), NE);
-    EXPECT_EQ(ipacl_cmp_eq_chain_name("INPUT", "INPUT"), EQ);
     EXPECT_EQ(ipacl_cmp_eq_chain_name("INPUT", "input"), NE);
-    EXPECT_EQ(ipacl_cmp_eq_dir(3, 3), EQ);
     EXPECT_EQ(ipacl_cmp_eq_dir(1, 3), NE);  // both print "in"
     EXPECT_EQ(ipacl_cmp_eq_if_index(7, 7), EQ);
-    EXPECT_EQ(ipacl_cmp_eq_index(7, 8), NE);
 
     char out[IPACL_NAME_SIZE];
     memset(out, '#', sizeof out);
@@ -146,15 +132,14 @@ TEST(CmpEquality, Bindings) {
     EXPECT_EQ(ipacl_cmp_eq_if_prof(ka, kb), NE);
     EXPECT_EQ(ipacl_cmp_eq_if_prof_field(&a, &b), NE);
     b.direction = 1, b.if_index = 10;
+    EXPECT_EQ(ipacl_cmp_eq_if_prof(ka, kb), NE);
     EXPECT_EQ(ipacl_cmp_eq_if_prof_field(&a, &b), NE);
 }
 
 TEST(CmpEquality, ProtocolWildcardPerFamily) {
     constexpr uint32_t kAny = 0xFFFFFFFF;
     // a, b, family, result
-    const uint32_t cases[] = {kAny, 0,  1,  EQ,   0,    kAny, 1,    EQ, kAny, 0,  2, NE, kAny, 41,
-                              2,    EQ, 41, kAny, 2,    EQ,   kAny, 41, 1,    NE, 0, 41, 2,    NE,
-                              6,    6,  9,  EQ,   kAny, 0,    9,    NE, 6,    17, 1, NE};
+    const uint32_t cases[] = {kAny, 0, 1, EQ, kAny, 0, 2, NE, 41, kAny, 2, EQ, kAny, 0, 9, NE};
     for (size_t i = 0; i < std::size(cases); i += 4)
         EXPECT_EQ(ipacl_cmp_eq_proto(cases[i], cases[i + 1], cases[i + 2]), cases[i + 3]) << i / 4;
 }
@@ -164,23 +149,16 @@ TEST(CmpPrefix, FamilyLengthThenCoveredBits) {
     EXPECT_EQ(ipacl_cmp_prefix(&a, &b), 0);
     b = prefix(1, {11, 0, 0, 0}, 8);
     EXPECT_LT(ipacl_cmp_prefix(&a, &b), 0);
-    EXPECT_GT(ipacl_cmp_prefix(&b, &a), 0);
-    b = prefix(2, {10}, 8);
-    EXPECT_EQ(ipacl_cmp_prefix(&a, &b), -1);  // the difference of the families
-    EXPECT_EQ(ipacl_cmp_prefix(&b, &a), 1);
-    b = prefix(7, {10}, 8);
+    b = prefix(7, {10}, 8);  // the difference of the families
     EXPECT_EQ(ipacl_cmp_prefix(&a, &b), -6);
     b = prefix(1, {10, 1, 2, 3}, 9);
-    EXPECT_EQ(ipacl_cmp_prefix(&a, &b), -1);
     EXPECT_EQ(ipacl_cmp_prefix(&b, &a), 1);
     // Partial byte: the difference of the masked bytes.
     a = prefix(1, {10, 0xC0}, 10), b = prefix(1, {10, 0x40}, 10);
     EXPECT_EQ(ipacl_cmp_prefix(&a, &b), 0x80);
     b = prefix(1, {10, 0xFF}, 10);
     EXPECT_EQ(ipacl_cmp_prefix(&a, &b), 0);
-    // Length 0, and lengths beyond the family's width.
-    a = prefix(1, {1, 2, 3, 4}, 0), b = prefix(1, {5, 6, 7, 8}, 0);
-    EXPECT_EQ(ipacl_cmp_prefix(&a, &b), 0);
+    // Lengths beyond the family's width.
     a = prefix(1, {1, 2, 3, 4, 1}, 40), b = prefix(1, {1, 2, 3, 4, 2}, 40);
     EXPECT_EQ(ipacl_cmp_prefix(&a, &b), 0);  // clamped to 32 bits
     a = prefix(2, {1}, 200), b = prefix(2, {1}, 200);
@@ -199,38 +177,29 @@ TEST(CmpEquality, FilterMatchFields) {
     b.src_addr.addr[3] = 7;  // host bit behind the /8
     EXPECT_EQ(ipacl_cmp_eq_filter_field(&a, &b), EQ);
 
-    auto differs = [&](auto change) {
+    // Each field of the match, changed in its lowest byte; a source family
+    // mismatch is caught before the prefixes.
+    using F = ipacl_filter;
+    for (size_t at :
+         {offsetof(F, prof_name), offsetof(F, src_addr.addr), offsetof(F, dst_addr.prefix_len),
+          offsetof(F, action), offsetof(F, protocol), offsetof(F, src_port_low),
+          offsetof(F, src_port_high), offsetof(F, dst_port_low), offsetof(F, dst_port_high),
+          offsetof(F, established), offsetof(F, icmp_type), offsetof(F, icmp_code),
+          offsetof(F, precedence), offsetof(F, tos), offsetof(F, fragments),
+          offsetof(F, src_addr.family)}) {
         ipacl_filter c = a;
-        change(c);
-        return ipacl_cmp_eq_filter_field(&a, &c);
-    };
-    EXPECT_EQ(differs([](ipacl_filter &c) { strcpy(c.prof_name, "acl2"); }), NE);
-    EXPECT_EQ(differs([](ipacl_filter &c) { c.src_addr.addr[0] = 11; }), NE);
-    EXPECT_EQ(differs([](ipacl_filter &c) { c.dst_addr.prefix_len = 16; }), NE);
-    EXPECT_EQ(differs([](ipacl_filter &c) { c.action = IPACL_ACTION_DENY; }), NE);
-    EXPECT_EQ(differs([](ipacl_filter &c) { c.protocol = IPACL_PROTO_UDP; }), NE);
-    EXPECT_EQ(differs([](ipacl_filter &c) { c.src_port_low = 1; }), NE);
-    EXPECT_EQ(differs([](ipacl_filter &c) { c.src_port_high = 1; }), NE);
-    EXPECT_EQ(differs([](ipacl_filter &c) { c.dst_port_low = 1; }), NE);
-    EXPECT_EQ(differs([](ipacl_filter &c) { c.dst_port_high = 1; }), NE);
-    EXPECT_EQ(differs([](ipacl_filter &c) { c.established = 1; }), NE);
-    EXPECT_EQ(differs([](ipacl_filter &c) { c.icmp_type = 3; }), NE);
-    EXPECT_EQ(differs([](ipacl_filter &c) { c.icmp_code = 3; }), NE);
-    EXPECT_EQ(differs([](ipacl_filter &c) { c.precedence = 3; }), NE);
-    EXPECT_EQ(differs([](ipacl_filter &c) { c.tos = 3; }), NE);
-    EXPECT_EQ(differs([](ipacl_filter &c) { c.fragments = 1; }), NE);
+        reinterpret_cast<uint8_t *>(&c)[at] ^= 1;
+        EXPECT_EQ(ipacl_cmp_eq_filter_field(&a, &c), NE) << "offset " << at;
+    }
 
     // The wildcard protocol matches the family's "any" protocol, judged by
     // the first filter's source family.
     a.protocol = 0xFFFFFFFF;
-    EXPECT_EQ(differs([](ipacl_filter &c) { c.protocol = 0; }), EQ);
-    // A source family mismatch is caught before the prefixes.
-    EXPECT_EQ(differs([](ipacl_filter &c) { c.src_addr.family = 2; }), NE);
-}
+    b.protocol = 0;
+    EXPECT_EQ(ipacl_cmp_eq_filter_field(&a, &b), EQ);
 
-TEST(CmpEquality, FilterMatchOnUnalignedRecords) {
+    // Records are packed and may sit at any address.
     alignas(8) uint8_t storage[2 * sizeof(ipacl_filter) + 2];
-    ipacl_filter a = filter("acl", 1);
     memcpy(storage + 1, &a, sizeof a);
     memcpy(storage + 1 + sizeof a, &a, sizeof a);
     const auto *x = reinterpret_cast<const ipacl_filter *>(storage + 1);
@@ -244,12 +213,10 @@ class PrefixAny : public ::testing::Test {
     void SetUp() override { ipacl_double::reset(); }
 };
 
-TEST_F(PrefixAny, ZeroLengthOverZeroAddress) {
+TEST_F(PrefixAny, ZeroLengthOverZeroAddressAndUnknownFamilies) {
     auto p = prefix(1, {}, 0);
     EXPECT_EQ(is_prefix_any(&p), 1u);
     p.prefix_len = 1;
-    EXPECT_EQ(is_prefix_any(&p), 0u);
-    p = prefix(1, {0, 0, 0, 1}, 0);
     EXPECT_EQ(is_prefix_any(&p), 0u);
     p = prefix(1, {0, 0, 0, 0, 9}, 0);  // bytes beyond the IPv4 address do not count
     EXPECT_EQ(is_prefix_any(&p), 1u);
@@ -259,13 +226,11 @@ TEST_F(PrefixAny, ZeroLengthOverZeroAddress) {
     EXPECT_EQ(is_prefix_any(&p), 0u);
     EXPECT_TRUE(platform().subtype_checks.empty());
     EXPECT_TRUE(platform().chk_ints.empty());
-}
 
-// The report itself (history record, log switches) is tested with the
-// address text, which reports through the same helper.
-TEST_F(PrefixAny, UnknownFamilyIsAnyAndReported) {
+    // An unknown family is "any", and reported; the report itself (history
+    // record, log switches) is tested with the address text.
     platform().chk_int_rc = 1;
-    auto p = prefix(0xFFFFFFFF, {1, 2, 3, 4}, 24);
+    p = prefix(0xFFFFFFFF, {1, 2, 3, 4}, 24);
     EXPECT_EQ(is_prefix_any(&p), 1u);
     const std::string text = "impossible address type in is_prefix_any(): -1\n";
     ASSERT_EQ(platform().hist_events.size(), 1u);

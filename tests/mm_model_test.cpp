@@ -38,11 +38,13 @@ std::string text(const char *format, const void *a, const void *b = nullptr) {
 }
 
 // The pool as described: first fit over the list, lowest clear bit, at most
-// one emptied chunk released per free.  Reads the descriptor's geometry at
-// every step, as the pool does.
+// one emptied chunk (the first empty one in list order) released per free.
+// Reads the descriptor's geometry at every step, as the pool does.
 struct Model {
     const ipacl_mm &pool;
     std::vector<ModelChunk> chunks;
+
+    uintptr_t area() const { return uintptr_t{pool.count} * pool.slot_size; }
 
     // The first chunk with room, or -1 when a chunk must be made.
     int chunk_with_room() const {
@@ -61,7 +63,7 @@ struct Model {
             if (bit >= pool.count) return 0;
             byte = static_cast<uint8_t>(byte | (1u << (bit % 8)));
             ++c.used;
-            return c.data + static_cast<uintptr_t>(bit) * pool.slot_size;
+            return c.data + uintptr_t{bit} * pool.slot_size;
         }
         return 0;
     }
@@ -69,11 +71,8 @@ struct Model {
     // A free of `at`: the result code, with the expected text in *err.
     ipacl_rc free(uintptr_t at, std::string *err) {
         *err = "";
-        if (chunks.empty()) return IPACL_E_FAIL;
-        const uintptr_t area = static_cast<uintptr_t>(pool.count) * pool.slot_size;
-        for (size_t i = 0; i < chunks.size(); ++i) {
-            ModelChunk &c = chunks[i];
-            if (at < c.data || at - c.data >= area) continue;
+        for (ModelChunk &c : chunks) {
+            if (at < c.data || at - c.data >= area()) continue;
             if ((at - c.data) % pool.slot_size) {
                 *err = text("data %p not aligned", reinterpret_cast<void *>(at));
                 continue;
@@ -81,31 +80,22 @@ struct Model {
             const uintptr_t slot = (at - c.data) / pool.slot_size;
             c.bitmap[slot / 8] = static_cast<uint8_t>(c.bitmap[slot / 8] & ~(1u << (slot % 8)));
             --c.used;
-            release_one();
+            auto empty = std::find_if(chunks.begin(), chunks.end(),
+                                      [](const ModelChunk &m) { return m.used == 0; });
+            if (empty != chunks.end()) chunks.erase(empty);
             return IPACL_OK;
         }
         return IPACL_E_FAIL;
     }
 
-    // The emptied first chunk, else the first empty one after it: either
-    // way the first empty chunk in list order.
-    void release_one() {
-        for (size_t i = 0; i < chunks.size(); ++i)
-            if (chunks[i].used == 0) {
-                chunks.erase(chunks.begin() + static_cast<std::ptrdiff_t>(i));
-                return;
-            }
-    }
-
     bool holds(uintptr_t at) const {
-        for (const ModelChunk &c : chunks)
-            if (at >= c.data && at - c.data < static_cast<uintptr_t>(pool.count) * pool.slot_size)
-                return true;
-        return false;
+        return std::any_of(chunks.begin(), chunks.end(), [&](const ModelChunk &c) {
+            return at >= c.data && at - c.data < area();
+        });
     }
 };
 
-void expect_same_list(const ipacl_mm &pool, const Model &model, uint64_t step) {
+void expect_same_list(const ipacl_mm &pool, const Model &model, int step) {
     size_t i = 0;
     uint32_t total = 0;
     for (const ipacl_mm_chunk *c = pool.first; c; c = c->next, ++i) {
@@ -123,23 +113,19 @@ void expect_same_list(const ipacl_mm &pool, const Model &model, uint64_t step) {
 
 bool all_zero(uintptr_t at, size_t n) {
     const auto *b = reinterpret_cast<const uint8_t *>(at);
-    for (size_t i = 0; i < n; ++i)
-        if (b[i]) return false;
-    return true;
+    return std::all_of(b, b + n, [](uint8_t v) { return v == 0; });
 }
 
 struct Script {
-    uint32_t count, slot_size;
-    uint32_t seed;
+    uint32_t count, slot_size, seed;
     int steps;
     int shrink_count_at;  // step at which the caller lowers `count`; -1 never
 };
 
 class PoolModel : public testing::TestWithParam<Script> {
   protected:
-    void alloc_step(uint64_t step);
-    void free_step(uint64_t step, uintptr_t at);
-    void bad_free_step(uint64_t step, ipacl_mm *to, void *data);
+    void alloc_step(int step);
+    void free_step(int step, uintptr_t at);
     uintptr_t pick_pointer();
     void empty_the_pool();
 
@@ -151,7 +137,7 @@ class PoolModel : public testing::TestWithParam<Script> {
     char err[IPACL_ERR_TEXT_SIZE] = "";
 };
 
-void PoolModel::alloc_step(uint64_t step) {
+void PoolModel::alloc_step(int step) {
     const int room = model.chunk_with_room();
     // When a chunk must be made, sometimes one of its three allocations fails;
     // otherwise count them.
@@ -194,7 +180,7 @@ void PoolModel::alloc_step(uint64_t step) {
     live.push_back(want);
 }
 
-void PoolModel::free_step(uint64_t step, uintptr_t at) {
+void PoolModel::free_step(int step, uintptr_t at) {
     std::string want_err;
     const ipacl_rc want = model.free(at, &want_err);
     strcpy(err, "stale");
@@ -203,11 +189,6 @@ void PoolModel::free_step(uint64_t step, uintptr_t at) {
     if (want == IPACL_OK && model.holds(at)) {
         ASSERT_TRUE(all_zero(at, pool->slot_size)) << "step " << step;
     }
-}
-
-void PoolModel::bad_free_step(uint64_t step, ipacl_mm *to, void *data) {
-    ASSERT_EQ(ipacl_mm_free(to, data, err), IPACL_E_BAD_ARG) << "step " << step;
-    ASSERT_EQ(err, text("bad mem desc %p data %p", to, data)) << "step " << step;
 }
 
 // A pointer to free: mostly a live one, else one freed before, one inside
@@ -220,8 +201,7 @@ uintptr_t PoolModel::pick_pointer() {
     if (kind == 2) return live[rng() % live.size()] + 1 + rng() % pool->slot_size;
     if (kind == 3 && !model.chunks.empty()) {
         const ModelChunk &c = model.chunks[rng() % model.chunks.size()];
-        return rng() % 2 ? c.data - 1
-                         : c.data + static_cast<uintptr_t>(pool->count) * pool->slot_size;
+        return rng() % 2 ? c.data - 1 : c.data + model.area();
     }
     const size_t k = rng() % live.size();
     const uintptr_t p = live[k];
@@ -242,7 +222,7 @@ void PoolModel::empty_the_pool() {
         const ModelChunk &c = model.chunks.front();
         for (uint32_t slot = 0; slot < pool->count && !freed; ++slot)
             if (c.bitmap[slot / 8] & (1u << (slot % 8))) {
-                free_step(0, c.data + static_cast<uintptr_t>(slot) * pool->slot_size);
+                free_step(0, c.data + uintptr_t{slot} * pool->slot_size);
                 freed = true;
             }
     }
@@ -268,12 +248,16 @@ TEST_P(PoolModel, EveryStepAsTheListWalkSays) {
         // Waves: grow to a few hundred records, then drain to nothing.
         const bool growing = (step / 3000) % 2 == 0;
         const uint32_t roll = rng() % 100;
-        if (roll < 2)
-            bad_free_step(step, roll ? pool : nullptr, roll ? nullptr : pool);
-        else if (roll < (growing ? 60u : 35u))
+        if (roll < 2) {
+            ipacl_mm *to = roll ? pool : nullptr;
+            void *data = roll ? nullptr : pool;
+            ASSERT_EQ(ipacl_mm_free(to, data, err), IPACL_E_BAD_ARG) << "step " << step;
+            ASSERT_EQ(err, text("bad mem desc %p data %p", to, data)) << "step " << step;
+        } else if (roll < (growing ? 60u : 35u)) {
             alloc_step(step);
-        else
+        } else {
             free_step(step, pick_pointer());
+        }
         if (HasFatalFailure()) break;
         expect_same_list(*pool, model, step);
         // The walk would give the same answers; the index must not have

@@ -15,8 +15,6 @@
 
 namespace {
 
-using ipacl_sample::v4;
-
 ipacl_inet_addr v6(const char *text, uint32_t len) {
     ipacl_inet_addr p{};
     p.family = 2;
@@ -56,68 +54,36 @@ class StrRecord : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(StrRecord, ProfilesAndKeys) {
+TEST_F(StrRecord, ProfilesBindingsAndKeys) {
     char buf[256];
-    ipacl_prof_key key{};
-    strcpy(key.name, "acl1");
-    ipacl_str_prof_key(&key, buf);
-    EXPECT_STREQ(buf, "prof acl1");
-    key.name[0] = '\0';
-    ipacl_str_prof_key(&key, buf);
-    EXPECT_STREQ(buf, "prof ''");
-
     ipacl_prof prof{};
     prof.prof_type = IPACL_PROF_TYPE_SIMPLE;
     prof.last_filter_index = 3;
     prof.snmp_status = IPACL_SNMP_STATUS_ACTIVE;
     EXPECT_EQ(ipacl_str_prof(&prof, buf), 23u);
     EXPECT_STREQ(buf, "active prof '' simple 3");
-    strcpy(prof.name, "Mgmt-ACL");
-    prof.prof_type = 0xFFFFFFFE;
-    prof.last_filter_index = 0;
-    prof.snmp_status = 0;
-    ipacl_str_prof(&prof, buf);
-    EXPECT_STREQ(buf, "0h[rs] prof Mgmt-ACL -2h[prof-type] no-index");
 
-    ipacl_if_prof_key if_key{5, IPACL_DIR_IN};
-    EXPECT_EQ(ipacl_str_if_prof_key(&if_key, buf), 6u);
-    EXPECT_STREQ(buf, "if5 in");
-    if_key = {0, 6};
+    ipacl_if_prof_key if_key{0, 6};
     ipacl_str_if_prof_key(&if_key, buf);
     EXPECT_STREQ(buf, "no-if 6h[dir]");
-
     ipacl_filter_key filter_key{};
     strcpy(filter_key.prof_name, "acl1");
     EXPECT_EQ(ipacl_str_filter_key(&filter_key, buf), 18u);
     EXPECT_STREQ(buf, "prof acl1 no-index");
-    filter_key.prof_name[0] = '\0';
-    filter_key.filter_index = 42;
-    ipacl_str_filter_key(&filter_key, buf);
-    EXPECT_STREQ(buf, "prof '' 42");
-}
 
-TEST_F(StrRecord, BindingShowsTheInterfaceByNameAndIndex) {
-    char buf[256];
+    // The binding shows the interface by name and index.
     ipacl_if_prof b{};
-    b.direction = IPACL_DIR_OUT;
-    strcpy(b.prof_name, "web");
-    b.snmp_status = IPACL_SNMP_STATUS_ACTIVE;
-    ipacl_str_if_prof(&b, buf);
-    EXPECT_STREQ(buf, "active no-if(0x0) out prof web");
     b.if_index = 26;
     b.direction = IPACL_DIR_IN_OUT;
     b.prof_name[0] = '\0';
     b.snmp_status = IPACL_SNMP_STATUS_DESTROY;
     EXPECT_EQ(ipacl_str_if_prof(&b, buf), strlen("destroy if26(0x1a) in+out prof ''"));
     EXPECT_STREQ(buf, "destroy if26(0x1a) in+out prof ''");
-}
 
-TEST_F(StrRecord, NameFillingItsWholeFieldIsCutByTheBoundedCopy) {
-    char buf[512];
-    ipacl_filter_key key{};
-    memset(key.prof_name, 'n', sizeof key.prof_name);  // no terminator
-    key.filter_index = 1;
-    ipacl_str_filter_key(&key, buf);
+    // A name filling its whole field is cut by the bounded copy.
+    memset(filter_key.prof_name, 'n', sizeof filter_key.prof_name);
+    filter_key.filter_index = 1;
+    ipacl_str_filter_key(&filter_key, buf);
     EXPECT_EQ(std::string(buf), "prof " + std::string(67, 'n') + " 1");
 }
 
@@ -129,30 +95,15 @@ TEST_F(StrRecord, LongFormDumpsEveryField) {
         "eq d-port www:www any-icmp:any-code est:T any-prec any-tos log:T frag:F";
     EXPECT_EQ(ipacl_str_filter(&f, buf), strlen(expected));
     EXPECT_STREQ(buf, expected);
-    // Records are packed and may sit at any address.
-    alignas(8) uint8_t storage[sizeof f + 1];
-    memcpy(storage + 1, &f, sizeof f);
-    ipacl_str_filter(reinterpret_cast<const ipacl_filter *>(storage + 1), buf);
-    EXPECT_STREQ(buf, expected);
 
     // IPv6 protocol names follow the address type; ports of an ICMP filter
     // still print; flags print T for any non-zero value.
     f = v6_filter();
     f.prof_name[0] = '\0';
-    f.filter_index = 0;
-    f.order_position = 0;
-    f.action = 0;
+    f.filter_index = f.order_position = f.action = f.established = f.icmp_code = 0;
     f.protocol = 0xFFFFFFFF;
-    f.src_port_op = 6;
-    f.src_port_low = 143;
-    f.src_port_high = 443;
-    f.icmp_type = 8;
-    f.icmp_code = 0;
-    f.established = 0;
-    f.precedence = 5;
-    f.tos = 8;
-    f.fragments = 7;
-    f.snmp_status = 9;
+    f.src_port_op = 6, f.src_port_low = 143, f.src_port_high = 443;
+    f.icmp_type = 8, f.precedence = 5, f.tos = 8, f.fragments = 7, f.snmp_status = 9;
     ipacl_str_filter(&f, buf);
     EXPECT_STREQ(buf,
                  "9h[rs] prof '' no-index no-order 0h[action] ipv6 s-ip any d-ip 2001:db8::/32 "
@@ -170,21 +121,14 @@ TEST_F(StrRecord, CommandFormPrintsOnlyWhatIsSet) {
 
     ipacl_filter f = v6_filter();
     f.action = IPACL_ACTION_DENY;
-    f.protocol = 0xFFFFFFFF;
+    f.protocol = f.icmp_code = 0xFFFFFFFF;
     f.src_addr = v6("2001:db8:1::", 48);
     f.dst_addr = v6("::", 0);
-    f.dst_port_op = 0;
-    f.dst_port_low = 0;
-    f.dst_port_high = 0;
+    f.dst_port_op = f.dst_port_low = f.dst_port_high = 0;
     f.established = 2;  // only exactly 1 counts here
-    f.icmp_type = 8;
-    f.icmp_code = 0xFFFFFFFF;
-    f.log_deny = 1;
-    f.fragments = 1;
+    f.icmp_type = 8, f.log_deny = 1, f.fragments = 1;
     EXPECT_EQ(command(f), "deny ipv6 2001:db8:1::/48 any 8 log-deny fragments");
-    f.icmp_code = 3;
-    f.log_deny = 2;
-    f.fragments = 0;
+    f.icmp_code = 3, f.log_deny = 2, f.fragments = 0;
     EXPECT_EQ(command(f), "deny ipv6 2001:db8:1::/48 any 8 3");
     f.icmp_type = 0xFFFFFFFF;  // no type: the code is not printed either
     f.protocol = 58;
@@ -197,18 +141,17 @@ TEST_F(StrRecord, CommandFormPortConditions) {
         const char *text;  // nullptr: no condition
     };
     const Case cases[] = {
-        {0, 0, 65535, nullptr},   {0, 0, 0, nullptr},          {0, 100, 100, "eq 100"},
-        {0, 0, 1023, "lt 1023"},  {0, 1024, 65535, "gt 1024"}, {0, 10, 30, "range 10 30"},
-        {0, 80, 80, "eq www"},    {1, 5, 1000, "lt 1000"},     {2, 1023, 9, "gt 1023"},
-        {3, 22, 9, "neq ssh"},    {4, 443, 9, "eq 443"},       {5, 20, 21, "range ftp-data ftp"},
+        {0, 0, 65535, nullptr},      {0, 0, 0, nullptr},
+        {0, 80, 80, "eq www"},       {0, 0, 1023, "lt 1023"},
+        {0, 1024, 65535, "gt 1024"}, {0, 10, 30, "range 10 30"},
+        {1, 5, 1000, "lt 1000"},     {2, 1023, 9, "gt 1023"},
+        {3, 22, 9, "neq ssh"},       {5, 20, 21, "range ftp-data ftp"},
         {6, 1, 2, "6h[port-op]"},
     };
     for (const Case &c : cases) {
         ipacl_filter f = v6_filter();
         f.established = 0;
-        f.src_port_op = c.op;
-        f.src_port_low = c.low;
-        f.src_port_high = c.high;
+        f.src_port_op = c.op, f.src_port_low = c.low, f.src_port_high = c.high;
         std::string expected = "permit tcp any ";
         if (c.text) expected += std::string(c.text) + " ";
         expected += "2001:db8::/32 eq www";
@@ -221,7 +164,6 @@ TEST_F(StrRecord, CommandFormArguments) {
     char buf[16];
     memset(buf, 'X', sizeof buf);
     EXPECT_EQ(ipacl_str_filter_ipv6(&f, buf, 0), IPACL_E_BAD_ARG);
-    EXPECT_EQ(ipacl_str_filter_ipv6(&f, buf, -1), IPACL_E_BAD_ARG);
     EXPECT_EQ(ipacl_str_filter_ipv6(&f, nullptr, 16), IPACL_E_BAD_ARG);
     EXPECT_EQ(ipacl_str_filter_ipv6(nullptr, buf, 16), IPACL_E_BAD_ARG);
     EXPECT_EQ(buf[0], 'X');  // nothing written
@@ -254,8 +196,7 @@ std::string twin(T host, void (*hton)(T *, T *), R (*str)(const T *, char *),
     hton(&host, &net);
     const T before = net;
     if constexpr (std::is_void_v<R>) {
-        str(&host, host_text);
-        str_net(&net, net_text);
+        str(&host, host_text), str_net(&net, net_text);
     } else {
         EXPECT_EQ(str_net(&net, net_text), str(&host, host_text));
     }
@@ -265,17 +206,10 @@ std::string twin(T host, void (*hton)(T *, T *), R (*str)(const T *, char *),
 }
 
 TEST_F(StrRecord, NetworkTwinsFormatAConvertedCopy) {
-    ipacl_filter f = tcp_filter();
-    f.packets = 0x100000002ull;
-    twin(f, ipacl_hton_filter, ipacl_str_filter, ipacl_str_filter_net);
+    twin(tcp_filter(), ipacl_hton_filter, ipacl_str_filter, ipacl_str_filter_net);
 
-    ipacl_prof prof{};
-    strcpy(prof.name, "p");
-    prof.prof_type = 2;
-    prof.last_filter_index = 300;
-    prof.snmp_status = 1;
-    EXPECT_EQ(twin(prof, ipacl_hton_prof, ipacl_str_prof, ipacl_str_prof_net),
-              "active prof p extended 300");
+    EXPECT_EQ(twin(ipacl_sample::profile(), ipacl_hton_prof, ipacl_str_prof, ipacl_str_prof_net),
+              "active prof acl1 extended 7");
     EXPECT_EQ(
         twin(ipacl_prof_key{}, ipacl_hton_prof_key, ipacl_str_prof_key, ipacl_str_prof_key_net),
         "prof ''");
@@ -283,14 +217,11 @@ TEST_F(StrRecord, NetworkTwinsFormatAConvertedCopy) {
                    ipacl_str_if_prof_key, ipacl_str_if_prof_key_net),
               "if258 out");
 
-    ipacl_if_prof b{};
+    ipacl_if_prof b = ipacl_sample::binding();
     b.if_index = 258;
-    b.direction = IPACL_DIR_IN;
-    strcpy(b.prof_name, "web");
-    b.snmp_status = 1;
     b.local_flag = 1;
     EXPECT_EQ(twin(b, ipacl_hton_if_prof, ipacl_str_if_prof, ipacl_str_if_prof_net),
-              "active if258(0x102) in prof web");
+              "active if258(0x102) out prof web");
 
     ipacl_filter_key fk{};
     strcpy(fk.prof_name, "acl1");

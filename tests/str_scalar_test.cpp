@@ -31,33 +31,85 @@ class StrScalar : public ::testing::Test {
     void SetUp() override { ipacl_double::reset(); }
 };
 
-TEST_F(StrScalar, NumbersWithASpecialWord) {
-    char buf[IPACL_STR_SIZE];
-    struct Case {
-        uint32_t (*fn)(uint32_t, char *);
-        uint32_t value;
+constexpr uint64_t kAnyRet = ~uint64_t{0};
+
+struct TextCase {
+    uint32_t (*fn)(uint32_t, char *);
+    uint32_t value;
+    const char *text;
+    uint64_t ret = kAnyRet;  // given where it is not the character count
+};
+
+// Numbers with a special word, and enumerations: fallback forms differ per
+// enumeration; protocol texts return the number plus one; access-op names
+// single operations only.
+const TextCase kTexts[] = {{ipacl_str_addr, 0, "any"},
+                           {ipacl_str_addr, 0x0A000001, "10.0.0.1"},
+                           {ipacl_str_mask, 0, "0.0.0.0"},
+                           {ipacl_str_mask, 0xFFFFFFFF, "any"},
+                           {ipacl_str_index, 0, "no-index"},
+                           {ipacl_str_order, 7, "7"},
+                           {ipacl_str_rule_id, 0xDEADBEEF, "none"},
+                           {ipacl_str_entry_id, 0xDEADBEAD, "none"},
+                           {ipacl_str_entry_id, 0xDEADBEEF, "3735928559"},
+                           {ipacl_str_icmp_code, 0xFFFFFFFF, "any-code"},
+                           {ipacl_str_dir, 3, "in"},
+                           {ipacl_str_dir, 0x10, "10h[dir]"},
+                           {ipacl_str_prof_type, 0xFFFFFFFF, "any-prof-type"},
+                           {ipacl_str_prof_type, 0xFFFFFFFE, "-2h[prof-type]"},
+                           {ipacl_str_addr_type, 1, "ipV4"},
+                           {ipacl_str_quen_msg, 0xFFFFFFFF, "ffffffffh[quen]"},
+                           {ipacl_str_tos, 3, "3"},
+                           {ipacl_str_icmp_type, 0xFFFFFFFF, "any-icmp"},
+                           {ipacl_str_vni_event, 2, "2(vni-event)"},
+                           {ipacl_str_avm_event, 0, "0(avm-event)"},
+                           {ipacl_str_avm_event, 2, "removed"},
+                           {ipacl_str_conf_op, 3, "clear"},
+                           {ipacl_str_conf_op, 4, "delete-all"},
+                           {ipacl_str_mem_type, 11, "sync intf"},
+                           {ipacl_str_access_type, 11, "access-mgmt", 11},
+                           {ipacl_str_kest_type, 0xABC, "abch[kest-type]", 15},
+                           {ipacl_str_access_op, 0x80, "80h[access-op]"},
+                           {ipacl_str_access_op, 0x3, "3h[access-op]"},
+                           {ipacl_str_access_op, 0x10000000, "delete list"},
+                           {ipacl_str_proto, 58, "icmp6", 59},
+                           {ipacl_str_proto, 0xFFFFFFFF, "ip", 0},
+                           {ipacl_str_proto, 2, "2", 1},
+                           {ipacl_str_ipv6_proto, 0xFFFFFFFF, "ipv6", 0},
+                           {ipacl_str_ipv6_proto, 300, "300", 3},
+                           {ipacl_str_port_num, 143, "http"},
+                           {ipacl_str_port_num, 443, "443"},
+                           {ipacl_str_dst_port_num, 5989, "dst_wbem-https"},
+                           {ipacl_str_dst_port_num, 443, "443"}};
+
+TEST_F(StrScalar, NamedValuesFallbacksAndResults) {
+    for (const TextCase &c : kTexts) {
+        char buf[64];
+        memset(buf, 'X', sizeof buf);
+        const uint32_t ret = c.fn(c.value, buf);
+        EXPECT_STREQ(buf, c.text) << c.value;
+        EXPECT_EQ(ret, c.ret == kAnyRet ? strlen(c.text) : c.ret) << c.text;
+    }
+    char buf[16] = "keep";
+    ipacl_str_list_type(3, buf);  // unknown: the buffer stays as it was
+    EXPECT_STREQ(buf, "keep");
+    ipacl_str_pm_phy_layer(7, buf);
+    EXPECT_STREQ(buf, "7(phy-layer)");
+}
+
+TEST_F(StrScalar, LogFlags) {
+    const struct {
+        uint8_t flags;
         const char *text;
-    } cases[] = {
-        {ipacl_str_addr, 0, "any"},
-        {ipacl_str_addr, 0x0A000001, "10.0.0.1"},
-        {ipacl_str_addr, 0xFFFFFFFF, "255.255.255.255"},
-        {ipacl_str_mask, 0, "0.0.0.0"},
-        {ipacl_str_mask, 0xFFFFFFFF, "any"},
-        {ipacl_str_mask, 0x0000FFFF, "0.0.255.255"},
-        {ipacl_str_index, 0, "no-index"},
-        {ipacl_str_index, 4294967295u, "4294967295"},
-        {ipacl_str_order, 0, "no-order"},
-        {ipacl_str_order, 7, "7"},
-        {ipacl_str_rule_id, 0xDEADBEEF, "none"},
-        {ipacl_str_rule_id, 0xDEADBEAD, "3735928493"},
-        {ipacl_str_entry_id, 0xDEADBEAD, "none"},
-        {ipacl_str_entry_id, 0xDEADBEEF, "3735928559"},
-        {ipacl_str_icmp_code, 0xFFFFFFFF, "any-code"},
-        {ipacl_str_icmp_code, 0, "0"},
-    };
-    for (const Case &c : cases) {
-        EXPECT_EQ(c.fn(c.value, buf), strlen(c.text)) << c.text;
-        EXPECT_STREQ(buf, c.text);
+    } cases[] = {{0x00, "none"},
+                 {0x08, ""},
+                 {0x11, "11h[log-flag]"},
+                 {0x07, "tcp-seq-no tcp-options ip-options "},
+                 {0x0C, "ip-options "}};
+    for (const auto &c : cases) {
+        char buf[64] = "junk";
+        ipacl_str_log_flag(c.flags, buf);
+        EXPECT_STREQ(buf, c.text) << int{c.flags};
     }
 }
 
@@ -96,29 +148,21 @@ TEST_F(StrScalar, PrefixTexts) {
         const char *text;
     };
     const Case cases[] = {{0, 0, v4(10, 1, 0, 0, 16), "10.1.0.0 0.0.255.255"},
-                          {0, 0, v4(10, 1, 2, 0, 24), "10.1.2.0 0.0.0.255"},
                           {0, 0, v4(10, 1, 2, 3, 32), "10.1.2.3 0.0.0.0"},
                           {0, 0, v4(0, 0, 0, 0, 0), "0.0.0.0 255.255.255.255"},
                           {0, 0, v4(10, 0, 0, 0, 33), "10.0.0.0 127.255.255.255"},
-                          {0, 0, v4(10, 0, 0, 0, 64), "10.0.0.0 255.255.255.255"},
-                          {1, 0, v4(10, 1, 0, 0, 16), "10.1.0.0/16"},
                           {1, 0, v4(10, 1, 0, 0, 99), "10.1.0.0/99"},
                           {0, 1, v4(0, 0, 0, 0, 0), "any"},
-                          {1, 1, v4(0, 0, 0, 0, 0), "any"},
                           {1, 0, v4(0, 0, 0, 0, 0), "0.0.0.0/0"},
                           {1, 1, v4(0, 0, 0, 0, 1), "0.0.0.0/1"},
                           {1, 1, v6_of(IPACL_ADDR_TYPE_IPV6, 0, 0), "any"},
                           {0, 0, v6_of(IPACL_ADDR_TYPE_IPV6, 0, 0), "::/0"},
-                          {0, 0, v6_of(IPACL_ADDR_TYPE_IPV6, 1, 32), "2001:db8::/32"},
-                          {1, 0, v6_of(IPACL_ADDR_TYPE_IPV6, 1, 32), "2001:db8::/32"},
                           {9, 0, v6_of(IPACL_ADDR_TYPE_IPV6, 1, 32), "2001:db8::/32"},
-                          {1, 0, v6_of(7, 1, 32), "unknown(7)"},
-                          {0, 0, v6_of(7, 1, 32), "unknown(7)"}};
+                          {1, 0, v6_of(7, 1, 32), "unknown(7)"}};
     for (const Case &c : cases) EXPECT_EQ(inet(c.format, c.any_ok, c.p), c.text) << c.text;
     EXPECT_TRUE(platform().hist_events.empty());
-}
 
-TEST_F(StrScalar, WritesAreBoundedBySize) {
+    // Writes are bounded by the size; size 0 writes nothing.
     char buf[16];
     memset(buf, '#', sizeof buf);
     ipacl_inet_addr p = v4(192, 168, 100, 200, 24);
@@ -126,7 +170,7 @@ TEST_F(StrScalar, WritesAreBoundedBySize) {
     EXPECT_STREQ(buf, "192.168");
     EXPECT_EQ(buf[8], '#');
     ipacl_str_inet_addr(0, 0, &p, buf, 0);
-    EXPECT_EQ(buf[0], '1');  // size 0: nothing written
+    EXPECT_EQ(buf[0], '1');
 }
 
 TEST_F(StrScalar, UnknownIpv4FormatIsReportedAndPrintsQuestionMarks) {
@@ -140,22 +184,16 @@ TEST_F(StrScalar, UnknownIpv4FormatIsReportedAndPrintsQuestionMarks) {
     const auto &event = platform().hist_events[0];
     EXPECT_EQ(event.event, 0x730000u);
     EXPECT_EQ(event.length, 4 + text.size() + 1);
-    uint32_t subtype;
-    memcpy(&subtype, event.record.data(), 4);
-    EXPECT_EQ(subtype, 100u);
-    EXPECT_EQ(std::string(event.record.begin() + 4, event.record.end()),
-              text + std::string(1, '\0'));
+    EXPECT_EQ(std::string(event.record.begin(), event.record.end()),
+              std::string("\x64\0\0\0", 4) + text + '\0');  // the subtype, then the text
 
     ASSERT_EQ(platform().chk_ints.size(), 1u);
     const auto &chk = platform().chk_ints[0];
     EXPECT_EQ(std::tie(chk.subtype, chk.a, chk.b, chk.c), std::make_tuple(100u, 0u, 0u, 1u));
     ASSERT_EQ(platform().zlogs.size(), 1u);
     const auto &log = platform().zlogs[0];
-    EXPECT_EQ(log.level, 1);
-    EXPECT_EQ(log.module, tivra_dbg_modname);
-    EXPECT_EQ(log.flags, 0);
-    EXPECT_EQ(log.format, "impossible prefix format in ipacl_str_inet_addr(): %d\n");
-    EXPECT_EQ(log.text, text);
+    EXPECT_EQ(std::tie(log.level, log.module, log.flags, log.text),
+              std::make_tuple(1, std::string(tivra_dbg_modname), 0, text));
 
     // Negative formats print signed; the history and the log each follow
     // their own switch.
@@ -183,7 +221,7 @@ bool has_shape(const char *text, const char *pattern) {
     return *text == '\0';
 }
 
-TEST_F(StrScalar, ClockTexts) {
+TEST_F(StrScalar, ClockTextsAndDateWithoutNewline) {
     char buf[IPACL_STR_SIZE];
     EXPECT_EQ(ipacl_str_time(buf), 11u);
     EXPECT_TRUE(has_shape(buf, "999:999:999")) << buf;
@@ -191,15 +229,9 @@ TEST_F(StrScalar, ClockTexts) {
     EXPECT_EQ(ipacl_str_time_stamp(buf), 8u);
     EXPECT_TRUE(has_shape(buf, "99:99:99")) << buf;
     EXPECT_LT(atoi(buf), 24);
-}
 
-TEST_F(StrScalar, DateWithoutNewline) {
     setenv("TZ", "UTC", 1);
     tzset();
-    char buf[IPACL_STR_SIZE];
-    time_t epoch = 0;
-    ipacl_str_date(&epoch, buf);
-    EXPECT_STREQ(buf, "Thu Jan  1 00:00:00 1970");
     time_t later = 1700000000;
     ipacl_str_date(&later, buf);
     EXPECT_STREQ(buf, "Tue Nov 14 22:13:20 2023");
@@ -211,11 +243,7 @@ TEST_F(StrScalar, PadOrCutToWidth) {
         char in[7];
         int32_t width;
         const char *out;
-    } cases[] = {{"ab", 5, "ab   "},
-                 {"abcdef", 3, "abc"},
-                 {"abcdef", 0, ""},
-                 {"", 4, "    "},
-                 {"a\0cd", 5, "a    "}};
+    } cases[] = {{"abcdef", 3, "abc"}, {"abcdef", 0, ""}, {"a\0cd", 5, "a    "}};
     char buf[16];
     for (const auto &c : cases) {
         memcpy(buf, c.in, sizeof c.in);
@@ -235,16 +263,11 @@ TEST_F(StrScalar, FirstLineOfInput) {
     ipacl_str_from_line("abc\ndef", buf);
     EXPECT_STREQ(buf, "abc");
     EXPECT_EQ(buf[4], '#');
-    ipacl_str_from_line("", buf);
-    EXPECT_STREQ(buf, "");
     std::string fifty(50, 'x');
     memset(buf, '#', sizeof buf);
     ipacl_str_from_line(fifty.c_str(), buf);
     EXPECT_EQ(std::string(buf), std::string(39, 'x'));
     EXPECT_EQ(buf[40], '#');
-    std::string line39 = std::string(39, 'y') + "\nz";
-    ipacl_str_from_line(line39.c_str(), buf);
-    EXPECT_EQ(std::string(buf), std::string(39, 'y'));
 }
 
 TEST_F(StrScalar, DigitsAndTheirValue) {
@@ -252,10 +275,8 @@ TEST_F(StrScalar, DigitsAndTheirValue) {
         const char *text;
         uint32_t digits, value;
     } cases[] = {
-        {"", 1, 0},           {"0123456789", 1, 123456789},
-        {"0042", 1, 42},      {"4294967295", 1, 4294967295u},
-        {"4294967296", 1, 0}, {"1a", 0, 59},  // unchecked: ('a' - '0') * 1 + 10
-        {" 1", 0, ~0u},       {"\xb2", 0, ~0u},
+        {"", 1, 0},           {"0042", 1, 42},  {"4294967295", 1, 4294967295u},
+        {"4294967296", 1, 0}, {"\xb2", 0, ~0u}, {"1a", 0, 59},  // unchecked: ('a' - '0') * 1 + 10
     };
     for (const auto &c : cases) {
         EXPECT_EQ(ipacl_str_isdigit(c.text), c.digits) << c.text;
@@ -271,12 +292,9 @@ TEST_F(StrScalar, CanonicalFormLowersAndCutsAt29) {
     memset(buf, '#', sizeof buf);
     ipacl_str_to_chain("INPUT", buf);
     EXPECT_STREQ(buf, "input");
-    for (size_t i = 5; i < sizeof buf; ++i) EXPECT_EQ(buf[i], '\0') << i;
-
-    std::string forty = "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789WXYZ";
-    ipacl_str_to_chain(forty.c_str(), buf);
+    EXPECT_EQ(std::string(buf, sizeof buf), "input" + std::string(sizeof buf - 5, '\0'));
+    ipacl_str_to_chain("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789WXYZ", buf);
     EXPECT_STREQ(buf, "abcdefghijklmnopqrstuvwxyz012");
-    EXPECT_EQ(buf[31], '\0');
 }
 
 }  // namespace

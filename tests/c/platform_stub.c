@@ -10,15 +10,7 @@
 
 int vel_send(uint32_t h, uint32_t n, uint32_t s, uint32_t o, const void *p, uint32_t z, void *r,
              uint32_t t, uint32_t f) {
-    (void)h;
-    (void)n;
-    (void)s;
-    (void)o;
-    (void)p;
-    (void)z;
-    (void)r;
-    (void)t;
-    (void)f;
+    (void)h, (void)n, (void)s, (void)o, (void)p, (void)z, (void)r, (void)t, (void)f;
     errno = ENOSYS;
     return -1;
 }
@@ -27,14 +19,11 @@ uint32_t vel_rr_token_get(void *r) {
     return 0;
 }
 int vel_drop(uint32_t h, void *m) {
-    (void)h;
-    (void)m;
+    (void)h, (void)m;
     return 0;
 }
 int vel_recv(uint32_t h, void *m, void *o) {
-    (void)h;
-    (void)m;
-    (void)o;
+    (void)h, (void)m, (void)o;
     errno = ENOSYS;
     return -1;
 }
@@ -58,8 +47,7 @@ int if_index_mgmt_sup_get_fields(uint32_t i, uint8_t *a, uint8_t *b) {
     return 0;
 }
 int if_index_mgmt_sup_port_init(uint32_t *i, uint32_t a, uint32_t p) {
-    (void)a;
-    (void)p;
+    (void)a, (void)p;
     *i = 0;
     return 0;
 }
@@ -77,29 +65,20 @@ char *__strcpy_to_buf(char *d, const char *s, uint32_t n) {
     return d;
 }
 int tivra_hist_event_subtype_check(uint32_t e, uint32_t s) {
-    (void)e;
-    (void)s;
+    (void)e, (void)s;
     return 1;
 }
 int tivra_hist_event(uint32_t e, uint32_t l, const void *r) {
-    (void)e;
-    (void)l;
-    (void)r;
+    (void)e, (void)l, (void)r;
     return 0;
 }
 int tivra_chk_int(uint32_t s, uint32_t a, uint32_t b, uint32_t c) {
-    (void)s;
-    (void)a;
-    (void)b;
-    (void)c;
+    (void)s, (void)a, (void)b, (void)c;
     return 0;
 }
 const char tivra_dbg_modname[] = "c-consumer";
 void zlogf(int level, const char *module, int flags, const char *format, ...) {
-    (void)level;
-    (void)module;
-    (void)flags;
-    (void)format;
+    (void)level, (void)module, (void)flags, (void)format;
 }
 
 int ipacl_c_consumer_checks(void) { return 0; }

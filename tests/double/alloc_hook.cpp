@@ -9,8 +9,7 @@
 extern "C" void *__real_malloc(size_t size);
 
 namespace {
-uint32_t fail_at = 0;
-uint32_t calls = 0;
+uint32_t fail_at = 0, calls = 0;
 }  // namespace
 
 namespace ipacl_double {

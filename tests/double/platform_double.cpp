@@ -18,19 +18,26 @@ State &platform() {
 
 void reset() { platform() = State{}; }
 
-namespace {
-// The handle area of a received answer holds the 1-based index of the answer
-// in State::held.
-uint32_t held_index(void *msg_handle) {
-    uint32_t index = 0;
-    memcpy(&index, msg_handle, sizeof index);
-    return index;
-}
-}  // namespace
-
 }  // namespace ipacl_double
 
 using ipacl_double::platform;
+
+namespace {
+// The handle area of a received answer holds the 1-based index of the answer
+// in State::held; 0 or an index past it holds nothing.
+std::vector<uint8_t> *held(void *msg_handle) {
+    uint32_t index = 0;
+    memcpy(&index, msg_handle, sizeof index);
+    auto &all = platform().held;
+    return index == 0 || index > all.size() ? nullptr : &all[index - 1];
+}
+
+// A call's result: rc, with errno set to `error` when it fails.
+int result(int rc, int error) {
+    if (rc) errno = error;
+    return rc;
+}
+}  // namespace
 
 extern "C" {
 
@@ -41,8 +48,7 @@ int vel_send(uint32_t handle, uint32_t node, uint32_t service, uint32_t opcode, 
     s.sends.push_back({handle, node, service, opcode,
                        bytes ? std::vector<uint8_t>(bytes, bytes + size) : std::vector<uint8_t>{},
                        size, rr_handle, token, flags});
-    if (s.send_rc) errno = s.send_errno;
-    return s.send_rc;
+    return result(s.send_rc, s.send_errno);
 }
 
 uint32_t vel_rr_token_get(void *rr_handle) {
@@ -51,10 +57,8 @@ uint32_t vel_rr_token_get(void *rr_handle) {
 }
 
 int vel_drop(uint32_t handle, void *msg_handle) {
-    auto &s = platform();
-    s.drops.push_back({handle, msg_handle});
-    if (s.drop_rc) errno = s.drop_errno;
-    return s.drop_rc;
+    platform().drops.push_back({handle, msg_handle});
+    return result(platform().drop_rc, platform().drop_errno);
 }
 
 int vel_recv(uint32_t handle, void *msg_handle, void *options) {
@@ -62,33 +66,23 @@ int vel_recv(uint32_t handle, void *msg_handle, void *options) {
     ipacl_double::VelRecvCall call{handle, msg_handle, {}};
     if (options) memcpy(call.options, options, sizeof call.options);
     s.recvs.push_back(call);
-    if (s.recv_rc) {
-        errno = s.recv_errno;
-        return s.recv_rc;
-    }
-    if (s.answers.empty()) {
-        errno = ETIMEDOUT;
-        return -1;
-    }
+    if (s.recv_rc) return result(s.recv_rc, s.recv_errno);
+    if (s.answers.empty()) return result(-1, ETIMEDOUT);
     s.held.push_back(s.answers.front());
     s.answers.erase(s.answers.begin());
-    uint32_t index = static_cast<uint32_t>(s.held.size());
+    const auto index = static_cast<uint32_t>(s.held.size());
     memcpy(msg_handle, &index, sizeof index);
     return 0;
 }
 
 void *vel_payload_get(void *msg_handle) {
-    uint32_t index = ipacl_double::held_index(msg_handle);
-    auto &held = platform().held;
-    if (index == 0 || index > held.size()) return nullptr;
-    return held[index - 1].data();
+    auto *answer = held(msg_handle);
+    return answer ? answer->data() : nullptr;
 }
 
 uint32_t vel_payload_size(void *msg_handle) {
-    uint32_t index = ipacl_double::held_index(msg_handle);
-    auto &held = platform().held;
-    if (index == 0 || index > held.size()) return 0;
-    return static_cast<uint32_t>(held[index - 1].size());
+    auto *answer = held(msg_handle);
+    return answer ? static_cast<uint32_t>(answer->size()) : 0;
 }
 
 int if_index_get_type(uint32_t if_index, uint8_t *type) {

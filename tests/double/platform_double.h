@@ -6,92 +6,75 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ipacl_double {
 
+using Bytes = std::vector<uint8_t>;
+
 struct VelSendCall {
     uint32_t handle, node, service, opcode;
-    std::vector<uint8_t> payload;  // copy of the bytes at the time of the call
+    Bytes payload;  // copy of the bytes at the time of the call
     uint32_t size;
     void *rr_handle;
     uint32_t token, flags;
 };
-
 struct VelRecvCall {
     uint32_t handle;
     void *msg_handle;
     uint32_t options[10];
 };
-
 struct VelDropCall {
     uint32_t handle;
     void *msg_handle;
 };
-
 struct HistEvent {
     uint32_t event, length;
-    std::vector<uint8_t> record;
+    Bytes record;
 };
-
 struct ChkIntCall {
     uint32_t subtype, a, b, c;
 };
-
 struct ZlogCall {
     int level;
     std::string module;
     int flags;
-    std::string format;
-    std::string text;  // the formatted message
+    std::string format, text;  // text: the formatted message
 };
-
 struct IfInfo {
     int rc = 0;
     uint8_t type = 0;
 };
 
 struct State {
-    // vel_send
-    int send_rc = 0;
-    int send_errno = 0;
-    std::vector<VelSendCall> sends;
-    // vel_rr_token_get
+    // vel: a failing call sets errno to its *_errno; on success vel_recv
+    // attaches the next queued answer to the handle, which then holds it.
+    int send_rc = 0, send_errno = 0, recv_rc = 0, recv_errno = 0, drop_rc = 0, drop_errno = 0;
     uint32_t rr_token = 0;
+    std::vector<Bytes> answers, held;
+    std::vector<VelSendCall> sends;
     std::vector<void *> token_gets;
-    // vel_recv: on success the next queued answer is attached to the handle
-    int recv_rc = 0;
-    int recv_errno = 0;
-    std::vector<std::vector<uint8_t>> answers;  // queued answers, first first
     std::vector<VelRecvCall> recvs;
-    // vel_drop
-    int drop_rc = 0;
-    int drop_errno = 0;
     std::vector<VelDropCall> drops;
 
     // interface-index service; unknown indexes answer type_default
     std::map<uint32_t, IfInfo> if_types;
     IfInfo type_default{0, 2};
-    std::vector<uint32_t> type_calls;
-    int fields_rc = 0;
+    std::vector<uint32_t> type_calls, fields_calls;
+    int fields_rc = 0, port_init_rc = 0;
     uint8_t field_first = 0, field_second = 0;
-    std::vector<uint32_t> fields_calls;
-    int port_init_rc = 0;
     uint32_t port_init_if_index = 0;
     std::vector<std::pair<uint32_t, uint32_t>> port_init_calls;  // first, port
     int if_name_rc_override = -1;  // >= 0: return this instead of the length
     std::vector<std::pair<uint32_t, uint32_t>> if_name_calls;  // size, index
 
     // tivra and zlogf
-    int subtype_check_rc = 0;
+    int subtype_check_rc = 0, chk_int_rc = 0;
     std::vector<std::pair<uint32_t, uint32_t>> subtype_checks;
     std::vector<HistEvent> hist_events;
-    int chk_int_rc = 0;
     std::vector<ChkIntCall> chk_ints;
     std::vector<ZlogCall> zlogs;
-
-    // Answers held by the handles the library received into: owned here.
-    std::vector<std::vector<uint8_t>> held;
 };
 
 // The one state of the double; reset() restores the defaults above.
