@@ -1,29 +1,25 @@
 // The kernel side, each test in a fresh private network namespace: apply
-// read back by iptables-legacy and ip6tables-legacy, the implicit deny with
-// real packets on the namespace's loopback, other chains and counters kept,
-// atomicity with 1,000 rules, the live table through the wire and the
-// displays, and the counter clears.  Where the kernel refuses (no
-// namespaces, no x_tables, an emulator that does not pass the socket
-// options on), the tests skip with the reason.
+// read back by iptables-legacy and ip6tables-legacy, other chains and
+// counters kept, atomicity with 1,000 rules, the live table through the
+// query and the counter clears, and the missing capabilities.  Where the
+// kernel refuses (no namespaces, no x_tables, an emulator that does not
+// pass the socket options on), the tests skip with the reason.
 #include "nf_test_support.h"
-
-#include "tests/double/capture_stdout.h"
 
 #include <ipacl/codes.h>
 #include <ipacl/enums.h>
-#include <ipacl/show.h>
 #include <ipacl/wire.h>
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <linux/capability.h>
 #include <netinet/in.h>
-#include <poll.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -35,6 +31,7 @@ using nf_test::run;
 
 constexpr uint32_t kIpv4 = IPACL_ADDR_TYPE_IPV4, kIpv6 = IPACL_ADDR_TYPE_IPV6;
 constexpr uint32_t kIn = IPACL_DIR_IN, kOut = IPACL_DIR_OUT;
+const std::string kPolicies = "-P INPUT ACCEPT\n-P FORWARD ACCEPT\n-P OUTPUT ACCEPT\n";
 
 std::vector<ipacl_filter> profile(const std::vector<std::string> &lines, bool ipv6 = false) {
     std::vector<ipacl_filter> filters;
@@ -50,11 +47,7 @@ std::string saved_table(const std::string &also = "") {
 }
 
 sockaddr_in loopback(uint16_t port) {
-    sockaddr_in at{};
-    at.sin_family = AF_INET;
-    at.sin_port = htons(port);
-    at.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return at;
+    return sockaddr_in{AF_INET, htons(port), {htonl(INADDR_LOOPBACK)}, {}};
 }
 
 // A UDP socket bound to 127.0.0.1:port.
@@ -73,14 +66,6 @@ void send_udp(uint16_t port, int count) {
     close(fd);
 }
 
-// Whether a datagram reaches the listener within a short wait.
-bool received(int fd) {
-    pollfd wait{fd, POLLIN, 0};
-    if (poll(&wait, 1, 300) != 1) return false;
-    char buffer[16];
-    return recv(fd, buffer, sizeof buffer, 0) > 0;
-}
-
 // A query's answer in a buffer large enough for the table at hand.
 struct answer {
     std::vector<uint8_t> bytes = std::vector<uint8_t>(1 << 20);
@@ -97,6 +82,23 @@ answer query(uint32_t op, const char *chain = nullptr, uint32_t rule = 0) {
     answer a;
     a.rc = ipacl_nf_query(op, chain, rule, a.rsp(), static_cast<uint32_t>(a.bytes.size()), a.err);
     return a;
+}
+
+// Record `i` of a query's answer as one line.
+std::string record_text(uint32_t op, answer &a, uint32_t i) {
+    if (op == IPACL_IPT_OP_MATCHED_RULE) {
+        const auto &r = a.at<ipacl_ipt_rule>(i);
+        return nf_test::describe(r) + " #" + std::to_string(r.rule_num) + " " +
+               std::to_string(r.entry.packets) + "/" + std::to_string(r.entry.bytes);
+    }
+    if (op == IPACL_IPT_OP_ALL_RULES) {
+        const auto &r = a.at<ipacl_rule_info>(i);
+        return "#" + std::to_string(r.rule_num) + " " + r.target + " " +
+               std::to_string(r.entry.packets);
+    }
+    const auto &c = a.at<ipacl_ipt_chain>(i);
+    return std::to_string(c.entry) + " " + c.chain + " '" + c.policy + "' " +
+           std::to_string(c.packets);
 }
 
 std::vector<uint64_t> rule_packets(const char *chain) {
@@ -119,12 +121,8 @@ std::string query_with_capabilities(uint32_t keep) {
         data[0].effective = data[0].permitted = keep;
         char text[IPACL_NF_ERR_TEXT_SIZE + 16] = "capset failed";
         if (syscall(SYS_capset, &header, data) == 0) {
-            std::vector<uint8_t> buffer(4096);
-            char err[IPACL_NF_ERR_TEXT_SIZE];
-            uint32_t rc = ipacl_nf_query(IPACL_IPT_OP_ALL_CHAINS, nullptr, 0,
-                                         reinterpret_cast<ipacl_ipt_rsp *>(buffer.data()),
-                                         static_cast<uint32_t>(buffer.size()), err);
-            std::snprintf(text, sizeof text, "%08x %s", rc, err);
+            answer a = query(IPACL_IPT_OP_ALL_CHAINS);
+            std::snprintf(text, sizeof text, "%08x %s", a.rc, a.err);
         }
         ssize_t written = write(channel[1], text, std::strlen(text));
         _exit(written > 0 ? 0 : 1);
@@ -175,52 +173,46 @@ TEST_F(KernelTable, IptablesReadsBackExactlyTheRulesApplied) {
                    "permit ip any host 192.168.1.1 tos delay",
                    "permit ip 10.0.0.0/8 any fragments"}));
     EXPECT_EQ(run("iptables-legacy -S"),
-              "-P INPUT ACCEPT\n"
-              "-P FORWARD ACCEPT\n"
-              "-P OUTPUT ACCEPT\n"
-              "-N ipacl-in\n"
-              "-A INPUT -j ipacl-in\n"
-              "-A ipacl-in -i veth0 -p tcp -m tcp --dport 22 -j ACCEPT\n"
-              "-A ipacl-in -s 10.1.0.0/16 -i veth0 -p udp -m udp ! --dport 53 -j ACCEPT\n"
-              "-A ipacl-in -i veth0 -p tcp -m tcp --sport 0:1023 --dport 1024:65535 ! "
-              "--tcp-flags RST,ACK NONE -j LOG --log-prefix \"ipacl-in 3 deny: \"\n"
-              "-A ipacl-in -i veth0 -p tcp -m tcp --sport 0:1023 --dport 1024:65535 ! "
-              "--tcp-flags RST,ACK NONE -j DROP\n"
-              "-A ipacl-in -s 10.0.3.0/255.0.255.0 -i veth0 -p icmp -m icmp --icmp-type 8/0 "
-              "-j ACCEPT\n"
-              "-A ipacl-in -i veth0 -p udp -m udp --sport 5000:5010 -m tos --tos 0x60/0xe0 "
-              "-j ACCEPT\n"
-              "-A ipacl-in -d 192.168.1.1/32 -i veth0 -m tos --tos 0x10/0x1e -j ACCEPT\n"
-              "-A ipacl-in -s 10.0.0.0/8 -i veth0 -f -j ACCEPT\n"
-              "-A ipacl-in -i veth0 -j DROP");
+              kPolicies +
+                  "-N ipacl-in\n"
+                  "-A INPUT -j ipacl-in\n"
+                  "-A ipacl-in -i veth0 -p tcp -m tcp --dport 22 -j ACCEPT\n"
+                  "-A ipacl-in -s 10.1.0.0/16 -i veth0 -p udp -m udp ! --dport 53 -j ACCEPT\n"
+                  "-A ipacl-in -i veth0 -p tcp -m tcp --sport 0:1023 --dport 1024:65535 ! "
+                  "--tcp-flags RST,ACK NONE -j LOG --log-prefix \"ipacl-in 3 deny: \"\n"
+                  "-A ipacl-in -i veth0 -p tcp -m tcp --sport 0:1023 --dport 1024:65535 ! "
+                  "--tcp-flags RST,ACK NONE -j DROP\n"
+                  "-A ipacl-in -s 10.0.3.0/255.0.255.0 -i veth0 -p icmp -m icmp --icmp-type 8/0 "
+                  "-j ACCEPT\n"
+                  "-A ipacl-in -i veth0 -p udp -m udp --sport 5000:5010 -m tos --tos 0x60/0xe0 "
+                  "-j ACCEPT\n"
+                  "-A ipacl-in -d 192.168.1.1/32 -i veth0 -m tos --tos 0x10/0x1e -j ACCEPT\n"
+                  "-A ipacl-in -s 10.0.0.0/8 -i veth0 -f -j ACCEPT\n"
+                  "-A ipacl-in -i veth0 -j DROP");
 
     // A second apply replaces the rules and keeps the one jump; the other
     // direction gets its own chain; remove takes a chain and its jump away.
     apply(kIpv4, kIn, "veth0", profile({"deny udp any any eq 161"}));
     apply(kIpv4, kOut, "veth0+", profile({"permit tcp any eq 22 any"}));
     EXPECT_EQ(run("iptables-legacy -S"),
-              "-P INPUT ACCEPT\n"
-              "-P FORWARD ACCEPT\n"
-              "-P OUTPUT ACCEPT\n"
-              "-N ipacl-in\n"
-              "-N ipacl-out\n"
-              "-A INPUT -j ipacl-in\n"
-              "-A OUTPUT -j ipacl-out\n"
-              "-A ipacl-in -i veth0 -p udp -m udp --dport 161 -j DROP\n"
-              "-A ipacl-in -i veth0 -j DROP\n"
-              "-A ipacl-out -o veth0+ -p tcp -m tcp --sport 22 -j ACCEPT\n"
-              "-A ipacl-out -o veth0+ -j DROP");
+              kPolicies +
+                  "-N ipacl-in\n"
+                  "-N ipacl-out\n"
+                  "-A INPUT -j ipacl-in\n"
+                  "-A OUTPUT -j ipacl-out\n"
+                  "-A ipacl-in -i veth0 -p udp -m udp --dport 161 -j DROP\n"
+                  "-A ipacl-in -i veth0 -j DROP\n"
+                  "-A ipacl-out -o veth0+ -p tcp -m tcp --sport 22 -j ACCEPT\n"
+                  "-A ipacl-out -o veth0+ -j DROP");
     char err[IPACL_NF_ERR_TEXT_SIZE];
     ASSERT_EQ(ipacl_nf_remove(kIpv4, kIn, err), IPACL_OK) << err;
     ASSERT_EQ(ipacl_nf_remove(kIpv4, kIn, err), IPACL_OK) << err;  // nothing left to remove
     EXPECT_EQ(run("iptables-legacy -S"),
-              "-P INPUT ACCEPT\n"
-              "-P FORWARD ACCEPT\n"
-              "-P OUTPUT ACCEPT\n"
-              "-N ipacl-out\n"
-              "-A OUTPUT -j ipacl-out\n"
-              "-A ipacl-out -o veth0+ -p tcp -m tcp --sport 22 -j ACCEPT\n"
-              "-A ipacl-out -o veth0+ -j DROP");
+              kPolicies +
+                  "-N ipacl-out\n"
+                  "-A OUTPUT -j ipacl-out\n"
+                  "-A ipacl-out -o veth0+ -p tcp -m tcp --sport 22 -j ACCEPT\n"
+                  "-A ipacl-out -o veth0+ -j DROP");
 }
 
 TEST_F(KernelTable, Ip6tablesReadsBackTheIpv6RulesAndTheListingShowsThem) {
@@ -235,17 +227,15 @@ TEST_F(KernelTable, Ip6tablesReadsBackTheIpv6RulesAndTheListingShowsThem) {
                    "deny udp any host 2001:db8::1 range 1 9 log-deny"},
                   true));
     EXPECT_EQ(run("ip6tables-legacy -S"),
-              "-P INPUT ACCEPT\n"
-              "-P FORWARD ACCEPT\n"
-              "-P OUTPUT ACCEPT\n"
-              "-N ipacl-in\n"
-              "-A INPUT -j ipacl-in\n"
-              "-A ipacl-in -s 2001:db8::/32 -i veth0 -p tcp -m tcp --dport 22 -j ACCEPT\n"
-              "-A ipacl-in -i veth0 -p ipv6-icmp -m icmp6 --icmpv6-type 128 -j ACCEPT\n"
-              "-A ipacl-in -d 2001:db8::1/128 -i veth0 -p udp -m udp --dport 1:9 -j LOG "
-              "--log-prefix \"ipacl-in 3 deny: \"\n"
-              "-A ipacl-in -d 2001:db8::1/128 -i veth0 -p udp -m udp --dport 1:9 -j DROP\n"
-              "-A ipacl-in -i veth0 -j DROP");
+              kPolicies +
+                  "-N ipacl-in\n"
+                  "-A INPUT -j ipacl-in\n"
+                  "-A ipacl-in -s 2001:db8::/32 -i veth0 -p tcp -m tcp --dport 22 -j ACCEPT\n"
+                  "-A ipacl-in -i veth0 -p ipv6-icmp -m icmp6 --icmpv6-type 128 -j ACCEPT\n"
+                  "-A ipacl-in -d 2001:db8::1/128 -i veth0 -p udp -m udp --dport 1:9 -j LOG "
+                  "--log-prefix \"ipacl-in 3 deny: \"\n"
+                  "-A ipacl-in -d 2001:db8::1/128 -i veth0 -p udp -m udp --dport 1:9 -j DROP\n"
+                  "-A ipacl-in -i veth0 -j DROP");
 
     ipacl_nf_rule6 rules[8];
     room = 8;
@@ -269,21 +259,6 @@ TEST_F(KernelTable, Ip6tablesReadsBackTheIpv6RulesAndTheListingShowsThem) {
     EXPECT_EQ(room, 6u);  // the jump in INPUT and the five rules
     EXPECT_EQ(ipacl_nf_rules6("nosuch", rules, &room, err), IPACL_NF_E_BAD_CHAIN);
     EXPECT_STREQ(err, "no chain 'nosuch'");
-}
-
-// After the last filter a packet of the interface is dropped: a datagram to
-// a permitted port arrives, one to any other port does not, and the packet
-// counters say which rule took each.
-TEST_F(KernelTable, WhatNoFilterPermitsIsDropped) {
-    apply(kIpv4, kIn, "lo", profile({"permit udp any any eq 5001"}));
-    int permitted = udp_listener(5001), other = udp_listener(5002);
-    send_udp(5001, 1);
-    send_udp(5002, 1);
-    EXPECT_TRUE(received(permitted));
-    EXPECT_FALSE(received(other));
-    close(permitted);
-    close(other);
-    EXPECT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{1, 1}));
 }
 
 TEST_F(KernelTable, OtherChainsAndAllCountersAreKept) {
@@ -343,124 +318,66 @@ TEST_F(KernelTable, AFailedApplyLeavesTheRulesAndCountersUntouched) {
     EXPECT_EQ(saved_table(), table);
 }
 
-// The live table as records, through the wire and back, printed by the
-// library's displays exactly as the records it started from.
-TEST_F(KernelTable, QueryAnswersTravelAndDisplay) {
+// The live table as records, the same through the wire and back; the
+// refusals; the counter clears, by rule and by chain.
+TEST_F(KernelTable, QueryAnswersAndClearsTheLiveTable) {
     apply(kIpv4, kIn, "lo",
           profile({"permit udp any any eq 5001", "deny icmp any any echo log-deny"}));
     int listener = udp_listener(5001);  // no port-unreachable answers to count
     send_udp(5001, 2);
-    close(listener);
-
-    const uint32_t ops[] = {IPACL_IPT_OP_ALL_CHAINS, IPACL_IPT_OP_MATCHED_CHAIN,
-                            IPACL_IPT_OP_ALL_RULES, IPACL_IPT_OP_MATCHED_RULE};
-    std::string shown[4];
-    for (int k = 0; k < 4; ++k) {
-        answer a = query(ops[k], k == 0 ? nullptr : "ipacl-in");
+    std::string seen;
+    for (uint32_t op : {IPACL_IPT_OP_ALL_CHAINS, IPACL_IPT_OP_MATCHED_CHAIN, IPACL_IPT_OP_ALL_RULES,
+                        IPACL_IPT_OP_MATCHED_RULE}) {
+        answer a = query(op, op == IPACL_IPT_OP_ALL_CHAINS ? nullptr : "ipacl-in");
         ASSERT_EQ(a.rc, IPACL_OK) << a.err;
-        uint32_t size = ipacl_nf_rsp_size(ops[k], a.rsp()->count);
+        uint32_t size = ipacl_nf_rsp_size(op, a.rsp()->count);
         std::vector<uint8_t> wire(size), back(size);
         ipacl_hton_ipt_rsp(a.rsp(), reinterpret_cast<ipacl_ipt_rsp *>(wire.data()));
         ipacl_ntoh_ipt_rsp(reinterpret_cast<ipacl_ipt_rsp *>(wire.data()),
                            reinterpret_cast<ipacl_ipt_rsp *>(back.data()));
-        std::size_t differ = 0;
-        while (differ < size && back[differ] == a.bytes[differ]) ++differ;
-        EXPECT_EQ(differ, size) << "operation " << ops[k];
-        const auto *rsp = reinterpret_cast<const ipacl_ipt_rsp *>(back.data());
-        shown[k] = ipacl_double::output_of([&] {
-            for (uint32_t i = 0; i < rsp->count; ++i) {
-                const uint8_t *r = rsp->records + i * (size - 12) / rsp->count;
-                if (ops[k] <= IPACL_IPT_OP_MATCHED_CHAIN)
-                    ipacl_show_ipt_chain(i == 0, reinterpret_cast<const ipacl_ipt_chain *>(r));
-                else if (ops[k] == IPACL_IPT_OP_ALL_RULES)
-                    ipacl_show_rule_info(i == 0, reinterpret_cast<const ipacl_rule_info *>(r));
-                else
-                    ipacl_show_ipt_rule(reinterpret_cast<const ipacl_ipt_rule *>(r));
-            }
-        });
+        EXPECT_TRUE(std::equal(back.begin(), back.end(), a.bytes.begin())) << "operation " << op;
+        for (uint32_t i = 0; i < a.rsp()->count; ++i) seen += record_text(op, a, i) + "\n";
     }
-    EXPECT_EQ(shown[0],
-              "\nEntry    Chain Name                       Policy    # Packets\n"
-              "-----    -----------------------------    ------    ---------\n"
-              "1        INPUT                            ACCEPT    0\n"
-              "2        FORWARD                          ACCEPT    0\n"
-              "3        OUTPUT                           ACCEPT    2\n"
-              "4        ipacl-in                     \n");
-    EXPECT_EQ(shown[1],
-              "\nEntry    Chain Name                       Policy    # Packets\n"
-              "-----    -----------------------------    ------    ---------\n"
-              "4        ipacl-in                     \n");
-    EXPECT_EQ(shown[2],
-              "\nRule Pro Source IP       Dest IP         In       Out      Target   # Packets\n"
-              "--- ---- --------------- --------------- -------- -------- -------- ---------\n"
-              "1   udp  any             any             lo                ACCEPT   2\n"
-              "2   icmp any             any             lo                LOG      0\n"
-              "3   icmp any             any             lo                DROP     0\n"
-              "4   ip   any             any             lo                DROP     0\n");
-    const std::string first_rules =
-        "\nChain                   ipacl-in\n"
-        "Rule #                  1\n"
-        "Target                  ACCEPT\n"
-        "Source Address          0.0.0.0 0.0.0.0\n"
-        "Destination Address     0.0.0.0 0.0.0.0\n"
-        "Ingress Interface       lo\n"
-        "Egress Interface        -\n"
-        "Protocol                udp\n"
-        "Fragment                -\n"
-        "# Packets               2\n"
-        "# Bytes                 66\n"
-        "UDP Source Port Low     0\n"
-        "UDP Source Port High    65535\n"
-        "UDP Dest Port Low       5001\n"
-        "UDP Dest Port High      5001\n"
-        "\nChain                   ipacl-in\n"
-        "Rule #                  2\n"
-        "Target                  LOG\n"
-        "Source Address          0.0.0.0 0.0.0.0\n"
-        "Destination Address     0.0.0.0 0.0.0.0\n"
-        "Ingress Interface       lo\n"
-        "Egress Interface        -\n"
-        "Protocol                icmp\n"
-        "Fragment                -\n"
-        "# Packets               0\n"
-        "# Bytes                 0\n"
-        "ICMP Type               echo\n"
-        "ICMP Low Code           0\n"
-        "ICMP High Code          255\n"
-        "Log Level               LOG_WARNING\n"
-        "Log Flags               none\n"
-        "Prefix                  ipacl-in 2 deny: \n"
-        "\nChain                   ipacl-in\n"
-        "Rule #                  3\n"
-        "Target                  DROP\n";
-    EXPECT_EQ(shown[3].substr(0, first_rules.size()), first_rules);
-}
+    EXPECT_EQ(seen,
+              "1 INPUT 'ACCEPT' 0\n2 FORWARD 'ACCEPT' 0\n3 OUTPUT 'ACCEPT' 2\n4 ipacl-in '' 0\n"
+              "4 ipacl-in '' 0\n"
+              "#1 ACCEPT 2\n#2 LOG 0\n#3 DROP 0\n#4 DROP 0\n"
+              "ipacl-in -i lo/3 -p 17 udp 0:65535 5001:5001 inv 00 -j ACCEPT #1 2/66\n"
+              "ipacl-in -i lo/3 -p 1 icmp 8 0:255 log 4 0 'ipacl-in 2 deny: ' -j LOG #2 0/0\n"
+              "ipacl-in -i lo/3 -p 1 icmp 8 0:255 -j DROP #3 0/0\n"
+              "ipacl-in -i lo/3 -j DROP #4 0/0\n");
 
-TEST_F(KernelTable, CountersClearByRuleAndByChain) {
-    apply(kIpv4, kIn, "lo", profile({"permit udp any any eq 5001", "permit udp any any eq 5002"}));
-    int listeners[] = {udp_listener(5001), udp_listener(5002)};
-    send_udp(5001, 2);
-    send_udp(5002, 1);
-    ASSERT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{2, 1, 0}));
+    EXPECT_EQ(query(IPACL_IPT_OP_ALL_RULES, "nosuch").err, std::string("no chain 'nosuch'"));
+    answer a = query(IPACL_IPT_OP_MATCHED_RULE, "ipacl-in", 5);
+    EXPECT_EQ(a.rc, IPACL_NF_E_BAD_CHAIN);
+    EXPECT_STREQ(a.err, "no rule 5 in chain 'ipacl-in'");
+    a = query(3);
+    EXPECT_EQ(a.rc, IPACL_E_BAD_ARG);
+    EXPECT_STREQ(a.err, "bad operation 3");
+    EXPECT_EQ(ipacl_nf_query(IPACL_IPT_OP_ALL_CHAINS, nullptr, 0, a.rsp(), 96, a.err),
+              IPACL_NF_E_SHORT_BUFFER);
+    EXPECT_STREQ(a.err, "1 of 4 records fit in 96 bytes");
+    EXPECT_EQ(a.rsp()->count, 1u);
+    EXPECT_EQ(a.rsp()->word8, 4u);
+    EXPECT_EQ(ipacl_nf_query(IPACL_IPT_OP_ALL_CHAINS, nullptr, 0, a.rsp(), 11, a.err),
+              IPACL_E_BAD_ARG);
 
-    answer one = query(IPACL_IPT_OP_CLEAR_RULE_COUNTERS, "ipacl-in", 1);
-    ASSERT_EQ(one.rc, IPACL_OK) << one.err;
-    EXPECT_EQ(one.rsp()->count, 0u);
-    EXPECT_EQ(one.rsp()->flags, IPACL_IPT_OP_CLEAR_RULE_COUNTERS);
-    EXPECT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{0, 1, 0}));
-
-    answer chains = query(IPACL_IPT_OP_MATCHED_CHAIN, "OUTPUT");
-    EXPECT_EQ(chains.at<ipacl_ipt_chain>(0).packets, 3u);
+    send_udp(5002, 1);  // dropped by the implicit deny, so no port-unreachable either
+    ASSERT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{2, 0, 0, 1}));
+    a = query(IPACL_IPT_OP_CLEAR_RULE_COUNTERS, "ipacl-in", 1);
+    ASSERT_EQ(a.rc, IPACL_OK) << a.err;
+    EXPECT_EQ(a.rsp()->count, 0u);
+    EXPECT_EQ(a.rsp()->flags, IPACL_IPT_OP_CLEAR_RULE_COUNTERS);
+    EXPECT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{0, 0, 0, 1}));
+    EXPECT_EQ(query(IPACL_IPT_OP_MATCHED_CHAIN, "OUTPUT").at<ipacl_ipt_chain>(0).packets, 3u);
     ASSERT_EQ(query(IPACL_IPT_OP_CLEAR_CHAIN_COUNTERS).rc, IPACL_OK);
-    chains = query(IPACL_IPT_OP_MATCHED_CHAIN, "OUTPUT");
-    EXPECT_EQ(chains.at<ipacl_ipt_chain>(0).packets, 0u);
-    EXPECT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{0, 1, 0}));  // rules untouched
-
+    EXPECT_EQ(query(IPACL_IPT_OP_MATCHED_CHAIN, "OUTPUT").at<ipacl_ipt_chain>(0).packets, 0u);
+    EXPECT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{0, 0, 0, 1}));  // rules untouched
     ASSERT_EQ(query(IPACL_IPT_OP_CLEAR_RULE_COUNTERS).rc, IPACL_OK);
-    EXPECT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{0, 0, 0}));
-    send_udp(5002, 1);
-    EXPECT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{0, 1, 0}));  // counting goes on
-    for (int fd : listeners) close(fd);
+    EXPECT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{0, 0, 0, 0}));
+    send_udp(5001, 1);
+    EXPECT_EQ(rule_packets("ipacl-in"), (std::vector<uint64_t>{1, 0, 0, 0}));  // counting goes on
+    close(listener);
 }
 
 TEST_F(KernelTable, WithoutTheCapabilitiesTheCallsSayWhichIsMissing) {
@@ -468,29 +385,6 @@ TEST_F(KernelTable, WithoutTheCapabilitiesTheCallsSayWhichIsMissing) {
               "407f0103 open socket: permission denied (needs CAP_NET_RAW)");
     EXPECT_EQ(query_with_capabilities(1u << CAP_NET_RAW),
               "407f0103 read table: permission denied (needs CAP_NET_ADMIN)");
-}
-
-TEST_F(KernelTable, QueryRefusalsSayWhy) {
-    apply(kIpv4, kIn, "lo", profile({"permit udp any any eq 5001"}));
-    answer a = query(IPACL_IPT_OP_ALL_RULES, "nosuch");
-    EXPECT_EQ(a.rc, IPACL_NF_E_BAD_CHAIN);
-    EXPECT_STREQ(a.err, "no chain 'nosuch'");
-    a = query(IPACL_IPT_OP_MATCHED_RULE, "ipacl-in", 3);
-    EXPECT_EQ(a.rc, IPACL_NF_E_BAD_CHAIN);
-    EXPECT_STREQ(a.err, "no rule 3 in chain 'ipacl-in'");
-    a = query(3);
-    EXPECT_EQ(a.rc, IPACL_E_BAD_ARG);
-    EXPECT_STREQ(a.err, "bad operation 3");
-
-    std::vector<uint8_t> small(ipacl_nf_rsp_size(IPACL_IPT_OP_ALL_CHAINS, 1) + 10);
-    auto *rsp = reinterpret_cast<ipacl_ipt_rsp *>(small.data());
-    char err[IPACL_NF_ERR_TEXT_SIZE];
-    EXPECT_EQ(ipacl_nf_query(IPACL_IPT_OP_ALL_CHAINS, nullptr, 0, rsp, 96, err),
-              IPACL_NF_E_SHORT_BUFFER);
-    EXPECT_STREQ(err, "1 of 4 records fit in 96 bytes");
-    EXPECT_EQ(rsp->count, 1u);
-    EXPECT_EQ(rsp->word8, 4u);
-    EXPECT_EQ(ipacl_nf_query(IPACL_IPT_OP_ALL_CHAINS, nullptr, 0, rsp, 11, err), IPACL_E_BAD_ARG);
 }
 
 }  // namespace

@@ -12,23 +12,15 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdarg>
 #include <cstdio>
 #include <cstring>
 
 namespace nf_test {
 namespace {
 
-std::string dotted(uint32_t network_order) {
+std::string address(const void *bytes) {
     char text[INET_ADDRSTRLEN];
-    inet_ntop(AF_INET, &network_order, text, sizeof text);
-    return text;
-}
-
-std::string ipv6_text(const uint8_t *bytes) {
-    char text[INET6_ADDRSTRLEN];
-    inet_ntop(AF_INET6, bytes, text, sizeof text);
-    return text;
+    return inet_ntop(AF_INET, bytes, text, sizeof text);
 }
 
 uint32_t mask_bytes(const uint8_t *mask) {
@@ -43,50 +35,26 @@ std::string interface_part(const char *flag, const char *name, const uint8_t *ma
            std::to_string(mask_bytes(mask));
 }
 
-std::string text_of(const char *format, ...) __attribute__((format(printf, 1, 2)));
-std::string text_of(const char *format, ...) {
-    char text[128];
-    va_list args;
-    va_start(args, format);
-    std::vsnprintf(text, sizeof text, format, args);
-    va_end(args);
-    return text;
-}
-
 std::string match_part(const ipacl_match &m) {
-    switch (m.type) {
-        case IPACL_MATCH_TCP: {
-            const ipacl_ipt_tcp &t = m.info.tcp;
-            return text_of(" tcp %u:%u %u:%u flags %02x/%02x inv %02x", t.src_port_low,
-                           t.src_port_high, t.dst_port_low, t.dst_port_high, t.flag_mask,
-                           t.flag_cmp, t.inv_flags);
-        }
-        case IPACL_MATCH_UDP: {
-            const ipacl_ipt_udp &u = m.info.udp;
-            return text_of(" udp %u:%u %u:%u inv %02x", u.src_port_low, u.src_port_high,
-                           u.dst_port_low, u.dst_port_high, u.inv_flags);
-        }
-        case IPACL_MATCH_ICMP:
-            return text_of(" icmp %u %u:%u", m.info.icmp.icmp_type, m.info.icmp.code_low,
-                           m.info.icmp.code_high);
-        case IPACL_MATCH_TOS:
-            return text_of(" tos %02x", m.info.tos.tos);
-        case IPACL_MATCH_LOG:
-            return text_of(" log %u %u '%.30s'", m.info.log.level, m.info.log.log_flags,
-                           m.info.log.prefix);
-        default:
-            return text_of(" match %u", m.type);
-    }
-}
-
-template <class Rule>
-std::string tail(const Rule &rule, uint16_t proto, bool fragments) {
-    std::string text;
-    if (proto) text += " -p " + std::to_string(proto);
-    if (fragments) text += " -f";
-    for (uint32_t i = 0; i < rule.match_count && i < IPACL_RULE_MATCHES; ++i)
-        text += match_part(rule.matches[i]);
-    return text + " -j " + rule.target;
+    char text[128];
+    const auto &t = m.info.tcp;
+    const auto &u = m.info.udp;
+    if (m.type == IPACL_MATCH_TCP)
+        std::snprintf(text, sizeof text, " tcp %u:%u %u:%u flags %02x/%02x inv %02x",
+                      t.src_port_low, t.src_port_high, t.dst_port_low, t.dst_port_high, t.flag_mask,
+                      t.flag_cmp, t.inv_flags);
+    else if (m.type == IPACL_MATCH_UDP)
+        std::snprintf(text, sizeof text, " udp %u:%u %u:%u inv %02x", u.src_port_low,
+                      u.src_port_high, u.dst_port_low, u.dst_port_high, u.inv_flags);
+    else if (m.type == IPACL_MATCH_ICMP)
+        std::snprintf(text, sizeof text, " icmp %u %u:%u", m.info.icmp.icmp_type,
+                      m.info.icmp.code_low, m.info.icmp.code_high);
+    else if (m.type == IPACL_MATCH_TOS)
+        std::snprintf(text, sizeof text, " tos %02x", m.info.tos.tos);
+    else
+        std::snprintf(text, sizeof text, " log %u %u '%.30s'", m.info.log.level,
+                      m.info.log.log_flags, m.info.log.prefix);
+    return text;
 }
 
 }  // namespace
@@ -103,22 +71,15 @@ ipacl_filter filter_of(const std::string &line, bool ipv6, uint32_t index) {
 std::string describe(const ipacl_ipt_rule &rule) {
     const ipacl_ipt_entry &e = rule.entry;
     std::string text = rule.chain;
-    if (e.src_mask) text += " -s " + dotted(e.src) + "/" + dotted(e.src_mask);
-    if (e.dst_mask) text += " -d " + dotted(e.dst) + "/" + dotted(e.dst_mask);
-    text += interface_part("-i", e.in_if, e.in_if_mask);
-    text += interface_part("-o", e.out_if, e.out_if_mask);
-    return text + tail(rule, e.proto, e.flags & 1);
-}
-
-std::string describe(const ipacl_nf_rule6 &rule) {
-    std::string text = rule.chain;
-    if (mask_bytes(rule.src_mask))
-        text += " -s " + ipv6_text(rule.src) + "/" + ipv6_text(rule.src_mask);
-    if (mask_bytes(rule.dst_mask))
-        text += " -d " + ipv6_text(rule.dst) + "/" + ipv6_text(rule.dst_mask);
-    text += interface_part("-i", rule.in_if, rule.in_if_mask);
-    text += interface_part("-o", rule.out_if, rule.out_if_mask);
-    return text + tail(rule, rule.proto, false);
+    if (e.src_mask) text += " -s " + address(&e.src) + "/" + address(&e.src_mask);
+    if (e.dst_mask) text += " -d " + address(&e.dst) + "/" + address(&e.dst_mask);
+    text +=
+        interface_part("-i", e.in_if, e.in_if_mask) + interface_part("-o", e.out_if, e.out_if_mask);
+    if (e.proto) text += " -p " + std::to_string(e.proto);
+    if (e.flags & 1) text += " -f";
+    for (uint32_t i = 0; i < rule.match_count && i < IPACL_RULE_MATCHES; ++i)
+        text += match_part(rule.matches[i]);
+    return text + " -j " + rule.target;
 }
 
 std::string run(const std::string &command) {
@@ -126,8 +87,8 @@ std::string run(const std::string &command) {
     FILE *pipe = popen((command + " 2>&1").c_str(), "r");
     if (!pipe) return "popen failed";
     char buffer[4096];
-    std::size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) output.append(buffer, n);
+    for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;)
+        output.append(buffer, n);
     pclose(pipe);
     while (!output.empty() && (output.back() == '\n' || output.back() == ' ')) output.pop_back();
     return output;
