@@ -1,20 +1,18 @@
 #!/usr/bin/env bash
-# `ipacl ipt` as a user runs it: a caller without the right to change the
-# kernel's tables, files that cannot be read or applied, and one apply and
-# show in a private network namespace.  Usage: ipt_test.sh PATH/TO/ipacl
+# `ipacl ipt` as a user runs it, in private network namespaces: a caller
+# without the right to change the kernel's tables, files that cannot be
+# read or applied, apply and show.  Usage: ipt_test.sh PATH/TO/ipacl
 # (IPACL_RUN may name an emulator.)  Exits 77 (skipped) with the reason when
-# this machine cannot make a network namespace or its kernel tables cannot
-# be reached from the program.
+# no namespace can be made or the kernel tables cannot be reached.
 set -u
 . "$(dirname "$0")/run_tool.sh"
 chmod 755 "$work"  # readable by the unprivileged caller below
 
-# in_netns STDOUT-FILE STDERR-FILE ARGS...: the program in a fresh network
-# namespace (the starting one is never changed); prints the exit status.
+# in_netns ARGS...: the program in a fresh network namespace (the starting
+# one is never changed), output in $work/out and $work/err; prints the exit
+# status.
 in_netns() {
-  local out=$1 err=$2
-  shift 2
-  unshare --net $run "$tool" "$@" >"$out" 2>"$err"
+  unshare --net $run "$tool" "$@" >"$work/out" 2>"$work/err"
   echo $?
 }
 
@@ -24,7 +22,7 @@ expect() {
   local status=$1 text=$2
   shift 2
   local rc
-  rc=$(in_netns "$work/out" "$work/err" "$@")
+  rc=$(in_netns "$@")
   [ "$rc" -eq "$status" ] || fail "ipacl $* exited $rc, expected $status ($(cat "$work/err"))"
   [ "$(wc -l <"$work/err")" -eq 1 ] || fail "ipacl $*: expected one line on stderr, got: $(cat "$work/err")"
   grep -qF -- "$text" "$work/err" || fail "ipacl $*: stderr lacks '$text': $(cat "$work/err")"
@@ -46,8 +44,8 @@ ACL
 printf 'permit udp 10.0.0.0/8 any eq 53\npermit tcp 10.0.0.0/8 any eq bogus\n' >"$work/bad-word.acl"
 printf 'permit udp 10.0.0.0/8 any\ndeny udp any any eq 53 fragments\n' >"$work/untranslatable.acl"
 
-# The kernel tables from this program at all?  (Not under a 32-bit emulator.)
-rc=$(in_netns "$work/out" "$work/err" ipt show chains)
+# The kernel tables from this program at all?  (Not under an emulator.)
+rc=$(in_netns ipt show chains)
 if [ "$rc" -eq 2 ] && grep -q "unavailable" "$work/err"; then
   echo "SKIP: x_tables cannot be reached: $(cat "$work/err")"
   exit 77
@@ -58,7 +56,7 @@ expect 2 "$work/none.acl: cannot open" ipt apply "$work/none.acl"
 expect 2 "$work/bad-word.acl:2: " ipt apply "$work/bad-word.acl"
 expect 1 "$work/untranslatable.acl:2: fragments" ipt apply "$work/untranslatable.acl"
 expect 1 "no chain 'nosuch'" ipt show rules --chain nosuch
-[ "$(in_netns "$work/out" "$work/err" ipt apply --in --out "$work/good.acl")" -eq 2 ] ||
+[ "$(in_netns ipt apply --in --out "$work/good.acl")" -eq 2 ] ||
   fail "--in and --out together are accepted"
 
 # No right to change the tables: a caller that is not root.
