@@ -123,14 +123,6 @@ TEST_F(Packets, IcmpTypeGappedWildcardAndEstablished) {
     EXPECT_EQ(counters(IPACL_DIR_IN), (counts{3, 2, 3, 2, 2}));
 }
 
-TEST_F(Packets, OutboundFilters) {
-    ASSERT_EQ(enforce({"deny udp any host 10.201.0.2 eq 5000", "permit ip any any"}, IPACL_DIR_OUT),
-              "");
-    EXPECT_EQ(udp_probe(pair(), manager(), peer(), {.port = 5000, .count = 2}), 0);
-    EXPECT_EQ(udp_probe(pair(), manager(), peer(), {.port = 5001}), 1);
-    EXPECT_EQ(counters(IPACL_DIR_OUT), (counts{2, 1, 0}));
-}
-
 // IPv6 through ip6_tables, with the neighbours fixed so that no neighbour
 // discovery meets the implicit deny.
 TEST_F(Packets, Ipv6) {
