@@ -1,12 +1,8 @@
-// The netfilter library's tests.  Without a kernel: filters as rules, for
-// IPv4 and IPv6 (the latter through the text form of IPv6 rules), the names
-// and their defaults, each refusal with its message.  Against the kernel,
-// each test in a fresh private network namespace: apply and remove read
-// back by iptables-legacy and by the library, other chains and counters
-// kept, atomicity with 1,000 rules, the query and the counter clears, the
-// missing capabilities; where the kernel refuses (no namespaces, no
-// x_tables, an emulator), these skip with the reason.  Filters are written
-// in the tool's filter language.
+// The netfilter library: filters as rules, names and refusals without a
+// kernel; then, each in a fresh private network namespace, apply, remove,
+// atomic replace with counters, the query and the capabilities against the
+// kernel (skipped with the reason where it refuses: no namespaces, no
+// x_tables, an emulator).  Filters are in the tool's filter language.
 #include "tools/ipacl/parse/filter_parse.h"
 
 #include <ipacl/codes.h>
@@ -82,9 +78,7 @@ ipacl_filter filter_of(const std::string &line, bool ipv6 = false, uint32_t inde
     return parsed.filter;
 }
 
-// An IPv4 rule as one line: CHAIN [-s A/M] [-d A/M] [-i NAME/N] [-o NAME/N]
-// [-p P] [-f] [tcp SL:SH DL:DH flags M/C inv I] [udp SL:SH DL:DH inv I]
-// [icmp T C1:C2] [tos V] [log L F 'PREFIX'] -j TARGET (N: mask bytes set).
+// An IPv4 rule as one line, like iptables -S (-i NAME/N: N mask bytes set).
 std::string describe(const ipacl_ipt_rule &rule) {
     const ipacl_ipt_entry &e = rule.entry;
     std::string text = rule.chain;
@@ -156,8 +150,7 @@ std::string rule4(const rule_case &c) {
     return rc ? refusal(rc, err) : err[0] ? "message on success" : describe(rule);
 }
 
-// The IPv6 rule as the library's text without its zero counters, or the
-// refusal.
+// The IPv6 rule as the library's text without zero counters, or the refusal.
 std::string text6(const ipacl_nf_rule6 &rule) {
     char text[256], err[IPACL_NF_ERR_TEXT_SIZE];
     if (uint32_t rc = ipacl_nf_str_rule6(&rule, text, sizeof text, err)) return refusal(rc, err);
@@ -345,8 +338,7 @@ std::vector<ipacl_filter> profile(const std::vector<std::string> &lines, bool ip
     return filters;
 }
 
-// The filter table as iptables-legacy-save prints it with its counters,
-// its lines filtered further by `also`.
+// The filter table with its counters, its lines filtered by `also`.
 std::string saved_table(const std::string &also = "") {
     return run("iptables-legacy-save -c -t filter | grep -v '^#'" + also);
 }
@@ -481,25 +473,19 @@ TEST_F(KernelTable, IptablesReadsBackExactlyTheRulesApplied) {
     // direction gets its own chain; remove takes a chain and its jump away.
     apply(kIpv4, kIn, "veth0", profile({"deny udp any any eq 161"}));
     apply(kIpv4, kOut, "veth0+", profile({"permit tcp any eq 22 any"}));
+    const std::string out_rules =
+        "-A ipacl-out -o veth0+ -p tcp -m tcp --sport 22 -j ACCEPT\n-A ipacl-out -o veth0+ -j DROP";
     EXPECT_EQ(run("iptables-legacy -S"),
               kPolicies +
-                  "-N ipacl-in\n"
-                  "-N ipacl-out\n"
-                  "-A INPUT -j ipacl-in\n"
-                  "-A OUTPUT -j ipacl-out\n"
+                  "-N ipacl-in\n-N ipacl-out\n-A INPUT -j ipacl-in\n-A OUTPUT -j ipacl-out\n"
                   "-A ipacl-in -i veth0 -p udp -m udp --dport 161 -j DROP\n"
-                  "-A ipacl-in -i veth0 -j DROP\n"
-                  "-A ipacl-out -o veth0+ -p tcp -m tcp --sport 22 -j ACCEPT\n"
-                  "-A ipacl-out -o veth0+ -j DROP");
+                  "-A ipacl-in -i veth0 -j DROP\n" +
+                  out_rules);
     char err[IPACL_NF_ERR_TEXT_SIZE];
     ASSERT_EQ(ipacl_nf_remove(kIpv4, kIn, err), IPACL_OK) << err;
     ASSERT_EQ(ipacl_nf_remove(kIpv4, kIn, err), IPACL_OK) << err;  // nothing left to remove
     EXPECT_EQ(run("iptables-legacy -S"),
-              kPolicies +
-                  "-N ipacl-out\n"
-                  "-A OUTPUT -j ipacl-out\n"
-                  "-A ipacl-out -o veth0+ -p tcp -m tcp --sport 22 -j ACCEPT\n"
-                  "-A ipacl-out -o veth0+ -j DROP");
+              kPolicies + "-N ipacl-out\n-A OUTPUT -j ipacl-out\n" + out_rules);
 }
 
 TEST_F(KernelTable, Ipv6RulesReadBackThroughTheLibrary) {
