@@ -8,30 +8,23 @@ set -u
 . "$(dirname "$0")/run_tool.sh"
 chmod 755 "$work"  # readable by the unprivileged caller below
 
-# in_netns ARGS...: the program in a fresh network namespace (the starting
-# one is never changed), output in $work/out and $work/err; prints the exit
-# status.
-in_netns() {
-  unshare --net $run "$tool" "$@" >"$work/out" 2>"$work/err"
-  echo $?
-}
+# in_netns ARGS...: the program in a fresh network namespace, output in
+# $work/out and $work/err; prints the exit status.
+in_netns() { unshare --net $run "$tool" "$@" >"$work/out" 2>"$work/err"; echo $?; }
 
-# expect STATUS STDERR-TEXT ARGS...: exit status and stderr (one line that
-# contains the text).
+# expect STATUS STDERR-TEXT ARGS...: exit status and one line on stderr
+# that contains the text.
 expect() {
-  local status=$1 text=$2
+  local status=$1 text=$2 rc
   shift 2
-  local rc
   rc=$(in_netns "$@")
   [ "$rc" -eq "$status" ] || fail "ipacl $* exited $rc, expected $status ($(cat "$work/err"))"
   [ "$(wc -l <"$work/err")" -eq 1 ] || fail "ipacl $*: expected one line on stderr, got: $(cat "$work/err")"
   grep -qF -- "$text" "$work/err" || fail "ipacl $*: stderr lacks '$text': $(cat "$work/err")"
 }
 
-if ! unshare --net true 2>"$work/err"; then
-  echo "SKIP: cannot make a network namespace: $(cat "$work/err")"
-  exit 77
-fi
+unshare --net true 2>"$work/err" ||
+  { echo "SKIP: cannot make a network namespace: $(cat "$work/err")"; exit 77; }
 
 cat >"$work/good.acl" <<'ACL'
 # name service and ssh from the lab, nothing else
@@ -46,10 +39,8 @@ printf 'permit udp 10.0.0.0/8 any\ndeny udp any any eq 53 fragments\n' >"$work/u
 
 # The kernel tables from this program at all?  (Not under an emulator.)
 rc=$(in_netns ipt show chains)
-if [ "$rc" -eq 2 ] && grep -q "unavailable" "$work/err"; then
-  echo "SKIP: x_tables cannot be reached: $(cat "$work/err")"
-  exit 77
-fi
+[ "$rc" -eq 2 ] && grep -q "unavailable" "$work/err" &&
+  { echo "SKIP: x_tables cannot be reached: $(cat "$work/err")"; exit 77; }
 
 # Files: missing, a word that is not a port, a filter the kernel cannot hold.
 expect 2 "$work/none.acl: cannot open" ipt apply "$work/none.acl"
