@@ -103,8 +103,8 @@ expect_err 2 "ipacl: 4 bytes are too few for the filter (238 bytes)" -- decode -
 # (a count that would wrap the size arithmetic around)
 expect_err 2 "ipacl: count 4294967295 of filter (238 bytes each) needs 1022202216218 bytes, the message has 246" \
   -- decode -t filter_cfg "ffffffff $(tail -c +18 "$work/filter_cfg.hex" | tr '\n' ' ')"
-expect_err 2 "ipacl: the text at offset 0 of the prof_key has no terminating NUL within its 68 bytes" \
-  -- decode -t prof_key "$(hex_bytes "$(printf 'a%.0s' {1..68})" 68)"
+expect_err 2 "ipacl: element 1: the text at offset 0 of the filter has no terminating NUL within its 68 bytes" \
+  -- decode -t filter_cfg 00000001 00000000 "$(hex_bytes "$(printf 'a%.0s' {1..68})" 238)"
 expect_err 2 "ipacl: match count 4 exceeds the rule's 3 match slots" \
   -- decode -t ipt_rule "$(hex_bytes '' 178)00000004$(hex_bytes '' 108)"
 expect_err 2 "ipacl: the header's length 2 does not match the 1 payload bytes behind it" \

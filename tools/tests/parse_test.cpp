@@ -123,6 +123,8 @@ TEST(FilterLanguage, ErrorsNameTheWordAndItsPosition) {
          "word 3 '2001::1': an IPv6 address needs /LEN after it or 'host' before it"},
         {"permit tcp 10.0.0.0/33 any",
          "word 3 '10.0.0.0/33': prefix length must be a number from 0 to 32"},
+        {"permit tcp 2001::/12x any",
+         "word 3 '2001::/12x': prefix length must be a number from 0 to 128"},
         {"permit tcp host any any", "word 4 'any': not an IPv4 or IPv6 host address"},
         {"permit tcp any eq", "word 5: expected a port, found the end of the filter"},
         {"permit tcp any range 1 any",
@@ -132,6 +134,7 @@ TEST(FilterLanguage, ErrorsNameTheWordAndItsPosition) {
          "word 5 'bogus': expected established, an ICMP type and code, precedence, tos, "
          "log-deny or fragments"},
         {"permit icmp any any 8 0 3", "word 7 '3': given twice"},
+        {"permit tcp any any established established", "word 6 'established': given twice"},
         {"permit icmp any any 4294967295",
          "word 5 '4294967295': ICMP type 4294967295 means 'not set'"},
         {"permit tcp any any tos loud",
