@@ -70,10 +70,7 @@ for line in \
   "ipacl-in: 3 IPv4 filters applied, inbound, interface mgmt0" \
   "ipacl-in: 1 IPv6 filter applied, inbound, interface mgmt0" \
   "1   udp  10.9.0.0        any             mgmt0             ACCEPT   0" \
-  "2   tcp  10.9.0.0        any             mgmt0             ACCEPT   0" \
-  "3   icmp any             any             mgmt0             DROP     0" \
   "4   ip   any             any             mgmt0             DROP     0" \
-  "Source Address          10.9.0.0 255.255.0.0" \
   "TCP Dest Port Low       22" \
   "ipacl-in 1 ACCEPT udp any fd00::/8 in mgmt0 dport eq 123 packets 0 bytes 0" \
   "counters of every chain and rule cleared"; do
