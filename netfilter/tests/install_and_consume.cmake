@@ -3,15 +3,12 @@
 # pkg-config.  Arguments: -DBUILD_DIR= -DSOURCE_DIR= -DWORK_DIR=
 file(REMOVE_RECURSE ${WORK_DIR})
 set(prefix ${WORK_DIR}/prefix)
-
 include(${SOURCE_DIR}/tests/scripts/run_step.cmake)
-
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
 file(GLOB_RECURSE pc ${prefix}/*/ipacl-netfilter.pc)
 get_filename_component(pcdir "${pc}" DIRECTORY)
 file(GLOB libdirs LIST_DIRECTORIES true ${prefix}/lib ${prefix}/lib/*)
 string(REPLACE ";" ":" libpath "${libdirs}")
-
 foreach(mode config pkgconfig)
   set(dir ${WORK_DIR}/${mode})
   if(mode STREQUAL "pkgconfig")
