@@ -37,6 +37,8 @@ TEST(Bm, SingleBitsAndTheRangeRule) {
     EXPECT_EQ(ipacl_bm_is_clr(bm, 2, 1000, err), 1u);
     EXPECT_STREQ(err, "ibt 1000 > size 2");
     EXPECT_EQ(ipacl_bm_set(bm, 2, 24, nullptr), IPACL_E_BAD_ARG);
+    EXPECT_EQ(ipacl_bm_clr(nullptr, 2, 0, err), IPACL_E_BAD_ARG);  // no bitmap: no text
+    EXPECT_STREQ(err, "");
 
     // An unchanged bit leaves the bitmap and the previous message alone.
     strcpy(err, "earlier");

@@ -54,6 +54,25 @@ TEST(Pool, CallerWrittenUsedNullPoolAndFailedDescriptor) {
     ipacl_double::fail_malloc_after(0);
 }
 
+// A bitmap size lowered by the caller refuses the slots past it with the
+// bit operation's text; one-byte slots take the plain division.
+TEST(Pool, CallerWrittenBitmapSizeAndOneByteSlots) {
+    ipacl_mm *pool = ipacl_mm_new(64, 1);
+    ASSERT_NE(pool, nullptr);
+    std::vector<void *> slots(41);
+    for (void *&p : slots) p = ipacl_mm_alloc(pool, nullptr);
+    char err[IPACL_ERR_TEXT_SIZE];
+    pool->bm_size = 1;
+    EXPECT_EQ(ipacl_mm_free(pool, slots[40], err), IPACL_E_FAIL);
+    EXPECT_STREQ(err, "bit 40 > size 1");
+    EXPECT_EQ(ipacl_mm_free(pool, slots[3], err), IPACL_OK);
+    pool->bm_size = 8;
+    slots.erase(slots.begin() + 3);
+    for (void *p : slots) EXPECT_EQ(ipacl_mm_free(pool, p, err), IPACL_OK);
+    EXPECT_EQ(pool->first, nullptr);
+    free(pool);
+}
+
 // The table itself is data; what can go wrong is its edge.
 TEST(MemSizes, LastTypeHasASizeAndNoneAfterIt) {
     EXPECT_EQ(ipacl_sizeof_mem(IPACL_MEM_TYPE_SYNC_INTF), 276u);
