@@ -70,9 +70,8 @@ struct PoolIndex {
 
 // What the library allocates for a chunk: the public record first, so a
 // chunk pointer is a record pointer, then the room of the index, then, in
-// a record made to hold one, a table of hints.
-// What every allocation and free reads (the public record, the two flags)
-// shares the record's first cache line.
+// a record made to hold one, a table of hints.  What every allocation and
+// free reads (the public record, the two flags) shares the first cache line.
 struct ChunkRecord {
     ipacl_mm_chunk chunk;
     bool has_room;         // in the `with_room` set
@@ -167,8 +166,7 @@ inline void index_place(PoolIndex &index, ipacl_mm_chunk *chunk) {
     rank_keep(index.empty, record.empty, &record.is_empty, chunk->used == 0);
 }
 
-// To call after a chunk's `used` changed.  Inline: most changes move the
-// chunk into no other set, and that is seen without a call.
+// To call after a chunk's `used` changed.
 inline void index_update(ipacl_mm &pool, ipacl_mm_chunk *chunk) {
     if (PoolIndex *index = index_of(pool)) index_place(*index, chunk);
 }
