@@ -7,6 +7,7 @@
 #include <ipacl/str_record.h>
 #include <ipacl/wire.h>
 
+#include <cstddef>
 #include <cstdio>
 
 namespace ipacl_tool {
@@ -188,11 +189,11 @@ void add_message_types(std::vector<wire_type> &types) {
         {IPACL_WIRE_TYPE(if_prof_sync), "interface profile sync", show_sync<if_prof_record>},
         {IPACL_WIRE_TYPE(filter_sync), "filter sync", show_sync<filter_record>},
         {IPACL_WIRE_TYPE(prof_sync_op), "protocol profile sync with its filter keys",
-         show_sync_op<prof_record, 88>},
+         show_sync_op<prof_record, offsetof(ipacl_prof_sync_op, count)>},
         {IPACL_WIRE_TYPE(if_prof_sync_op), "interface profile sync with its profile infos",
-         show_sync_op<if_prof_record, 92>},
+         show_sync_op<if_prof_record, offsetof(ipacl_if_prof_sync_op, count)>},
         {IPACL_WIRE_TYPE(filter_sync_op), "filter sync with filter keys",
-         show_sync_op<filter_record, 246>},
+         show_sync_op<filter_record, offsetof(ipacl_filter_sync_op, count)>},
         {IPACL_WIRE_TYPE(use_req), "access list usage request", show_use_req},
         {IPACL_WIRE_TYPE(use_rsp), "access list usage response", show_count},
         {IPACL_WIRE_TYPE(in_req), "internal state request", show_in_req},
